@@ -44,7 +44,7 @@ std::optional<int> couplingPosition(std::uint8_t bytSwitchSetting) {
 
 std::optional<TimeBase> timeBase(std::uint8_t bytTimebaseDef) {
     static constexpr TimeBase table[] = {
-        {5e-8f, "20Ms/s"}, {1e-7f, "10Ms/s"},  {5e-7f, "2Ms/s"}, {1e-6f, "1Ms/s"},
+        {5e-8f, "20Ms/s"},  {1e-7f, "10Ms/s"},  {5e-7f, "2Ms/s"},  {1e-6f, "1Ms/s"},
         {5e-6f, "200Ks/s"}, {1e-5f, "100Ks/s"}, {5e-5f, "20Ks/s"}, {1e-4f, "10Ks/s"},
         {5e-4f, "2Ks/s"},   {1e-3f, "1Ks/s"},   {2e-3f, "500s/s"},
     };
@@ -80,7 +80,7 @@ std::optional<float> triggerLevel(std::uint8_t bytSwitchSetting, std::uint8_t by
         std::uint8_t code;
         float level[3]; // range 0x00, 0x04, 0x08
     } table[] = {
-        {0, {-0.25f, -2.5f, -25.0f}}, {4, {0.25f, 2.5f, 25.0f}},   {8, {0.15f, 1.5f, 15.0f}},
+        {0, {-0.25f, -2.5f, -25.0f}}, {4, {0.25f, 2.5f, 25.0f}},    {8, {0.15f, 1.5f, 15.0f}},
         {16, {0.05f, 0.5f, 5.0f}},    {32, {-0.05f, -0.5f, -5.0f}}, {64, {-0.15f, -1.5f, -15.0f}},
     };
     const int range = (bytSwitchSetting & 0x0C) >> 2;

@@ -45,8 +45,8 @@ TEST(DecodeTables, TimeBaseTableHasAllElevenRows) {
         float interval;
         const char* text;
     } rows[] = {
-        {0, 5e-8f, "20Ms/s"}, {1, 1e-7f, "10Ms/s"},  {2, 5e-7f, "2Ms/s"}, {3, 1e-6f, "1Ms/s"},
-        {4, 5e-6f, "200Ks/s"}, {5, 1e-5f, "100Ks/s"}, {6, 5e-5f, "20Ks/s"}, {7, 1e-4f, "10Ks/s"},
+        {0, 5e-8f, "20Ms/s"},  {1, 1e-7f, "10Ms/s"},  {2, 5e-7f, "2Ms/s"},   {3, 1e-6f, "1Ms/s"},
+        {4, 5e-6f, "200Ks/s"}, {5, 1e-5f, "100Ks/s"}, {6, 5e-5f, "20Ks/s"},  {7, 1e-4f, "10Ks/s"},
         {8, 5e-4f, "2Ks/s"},   {9, 1e-3f, "1Ks/s"},   {10, 2e-3f, "500s/s"},
     };
     for (const auto& row : rows) {

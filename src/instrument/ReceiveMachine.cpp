@@ -1,0 +1,151 @@
+// The receive cycle: two-byte probes, the four sync cases, the read of the frame's rest.
+#include "instrument/ReceiveMachine.h"
+
+namespace zorvik {
+
+namespace {
+constexpr ReadRequest kProbeRead{2, false};
+constexpr ReadRequest kRest137{137, true};
+constexpr ReadRequest kRest139{139, true};
+} // namespace
+
+ReadRequest ReceiveMachine::arm() {
+    expect_ = Expect::Probe;
+    pending_ = kProbeRead;
+    return pending_;
+}
+
+void ReceiveMachine::stop() {
+    expect_ = Expect::Nothing;
+    pending_ = {};
+}
+
+ReceiveStep ReceiveMachine::onData(std::span<const std::uint8_t> bytes) {
+    Value.assign(bytes.begin(), bytes.end());
+    switch (expect_) {
+    case Expect::Probe:
+        return onProbe();
+    case Expect::Rest137:
+        return onRest(false);
+    case Expect::Rest139:
+        return onRest(true);
+    case Expect::Nothing:
+        break;
+    }
+    return ReceiveStep{};
+}
+
+ReceiveStep ReceiveMachine::onTimeout() {
+    if (expect_ != Expect::Rest137 && expect_ != Expect::Rest139)
+        return ReceiveStep{};
+    stop();
+    ReceiveStep step;
+    step.event = ReceiveEvent::TimedOut;
+    return step;
+}
+
+ReceiveStep ReceiveMachine::onProbe() {
+    ReceiveStep step;
+    if (!blnAcquire) {
+        // Held: nothing is drawn and no read is armed; whoever holds re-arms.
+        stop();
+        step.event = ReceiveEvent::Held;
+        return step;
+    }
+    step.disablePrint = true;
+    if (Value.size() != 2) {
+        // Not a two-byte probe: the present record is shown again and the cycle goes on.
+        step.event = ReceiveEvent::Redraw;
+        step.show = true;
+        step.next = arm();
+        return step;
+    }
+    const std::uint8_t b0 = Value[0];
+    const std::uint8_t b1 = Value[1];
+    if (b0 == kSyncByte && b1 == kSyncByte) {
+        step.event = ReceiveEvent::Waiting;
+        step.pointer1 = kPointerWaiting;
+        step.resetInput = true;
+        step.next = arm();
+    } else if (b0 == kSyncByte) {
+        // b1 is the first field of the frame; it is stored with the rest once that arrived.
+        syncField_ = b1;
+        step.event = ReceiveEvent::SyncFound;
+        step.pointer1 = kPointerTriggered;
+        expect_ = Expect::Rest137;
+        pending_ = kRest137;
+        step.next = pending_;
+    } else if (b1 != kSyncByte) {
+        step.event = ReceiveEvent::Hunt;
+        step.pointer1 = kPointerWaiting;
+        step.next = arm();
+    } else {
+        step.event = ReceiveEvent::SyncFound;
+        step.pointer1 = kPointerTriggered;
+        expect_ = Expect::Rest139;
+        pending_ = kRest139;
+        step.next = pending_;
+    }
+    return step;
+}
+
+ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
+    ReceiveStep step;
+    const auto& r = Value;
+    // A byte the read did not bring leaves its field as it was (the store is skipped).
+    auto store = [&r](std::uint8_t& field, std::size_t index) {
+        if (index < r.size())
+            field = r[index];
+    };
+    bool isShort = false;
+    if (!syncInPlace1) {
+        state.bytSwitchSetting = syncField_;
+        store(state.bytTimebaseDef, 0);
+        store(state.bytTriggerDef, 1);
+        store(state.bytTriggerLvl, 2);
+        store(state.bytDVM100, 132);
+        store(state.bytDVM10, 133);
+        store(state.bytDVM1, 134);
+        store(state.bytDVMflags, 135);
+        isShort = !copySamples(3, 130);
+    } else {
+        // The state bytes are stored before the frame is checked; a rejected frame keeps
+        // them. This order is deliberate.
+        store(state.bytSwitchSetting, 1);
+        store(state.bytTimebaseDef, 2);
+        store(state.bytTriggerDef, 3);
+        store(state.bytTriggerLvl, 4);
+        store(state.bytDVM100, 134);
+        store(state.bytDVM10, 135);
+        store(state.bytDVM1, 136);
+        store(state.bytDVMflags, 137);
+        const bool valid = r.size() >= 2 && r[0] == kSyncByte && r[1] != kSyncByte;
+        if (!valid) {
+            step.event = ReceiveEvent::Rejected;
+            step.next = arm();
+            return step;
+        }
+        isShort = !copySamples(5, 132);
+    }
+    step.event = isShort ? ReceiveEvent::Short : ReceiveEvent::Frame;
+    step.show = !isShort;
+    step.next = arm();
+    return step;
+}
+
+bool ReceiveMachine::copySamples(int first, int last) {
+    const int highest = static_cast<int>(Value.size()) - 1;
+    intFrameIndex = 1;
+    for (int i = first; i <= last; ++i) {
+        if (i > highest - 2)
+            return false;
+        bytRawData[static_cast<std::size_t>(intFrameIndex - 1)] =
+            Value[static_cast<std::size_t>(i)];
+        ++intFrameIndex;
+        if (intFrameIndex > static_cast<int>(kSamplesPerFrame))
+            break;
+    }
+    return true;
+}
+
+} // namespace zorvik
