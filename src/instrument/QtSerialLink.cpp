@@ -1,0 +1,135 @@
+// The serial link on QSerialPort: asynchronous reads of exactly n bytes with a time-out.
+#include "instrument/QtSerialLink.h"
+
+#include <QMetaObject>
+
+namespace zorvik {
+
+QtSerialLink::QtSerialLink(QObject* parent) : SerialLink(parent) {
+    timeout_.setSingleShot(true);
+    connect(&timeout_, &QTimer::timeout, this, &QtSerialLink::onTimeout);
+    connect(&port_, &QSerialPort::readyRead, this, &QtSerialLink::deliver);
+    connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialLink::onError);
+}
+
+QtSerialLink::~QtSerialLink() {
+    close();
+}
+
+bool QtSerialLink::open(const QString& device) {
+    close();
+    lastError_.clear();
+    port_.setPortName(device);
+    if (!port_.open(QIODevice::ReadOnly)) {
+        lastError_ = port_.errorString();
+        return false;
+    }
+    const bool configured = port_.setBaudRate(baud_) && port_.setDataBits(QSerialPort::Data8) &&
+                            port_.setParity(QSerialPort::NoParity) &&
+                            port_.setStopBits(QSerialPort::OneStop) &&
+                            port_.setFlowControl(QSerialPort::NoFlowControl);
+    if (!configured) {
+        lastError_ = port_.errorString();
+        port_.close();
+        return false;
+    }
+    return true;
+}
+
+void QtSerialLink::close() {
+    cancelRead();
+    if (port_.isOpen())
+        port_.close();
+}
+
+bool QtSerialLink::isOpen() const {
+    return port_.isOpen();
+}
+
+QString QtSerialLink::device() const {
+    return port_.portName();
+}
+
+void QtSerialLink::setBaudRate(qint32 baud) {
+    baud_ = baud;
+    if (port_.isOpen())
+        port_.setBaudRate(baud);
+}
+
+qint32 QtSerialLink::baudRate() const {
+    return port_.isOpen() ? port_.baudRate() : baud_;
+}
+
+void QtSerialLink::resetInput() {
+    cancelRead();
+    if (port_.isOpen()) {
+        // Bytes already taken from the device into the port's own buffer are dropped too.
+        port_.clear(QSerialPort::Input);
+        port_.readAll();
+    }
+}
+
+void QtSerialLink::read(int count, int timeoutMs) {
+    pendingCount_ = count;
+    timeout_.stop();
+    if (count <= 0)
+        return;
+    if (timeoutMs > 0)
+        timeout_.start(timeoutMs);
+    scheduleDelivery();
+}
+
+void QtSerialLink::cancelRead() {
+    pendingCount_ = 0;
+    timeout_.stop();
+}
+
+QString QtSerialLink::errorString() const {
+    return lastError_;
+}
+
+void QtSerialLink::scheduleDelivery() {
+    // Data may already be buffered; it is delivered from the event loop so that a handler
+    // that re-arms never recurses into itself.
+    if (deliveryQueued_)
+        return;
+    deliveryQueued_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            deliveryQueued_ = false;
+            deliver();
+        },
+        Qt::QueuedConnection);
+}
+
+void QtSerialLink::deliver() {
+    if (pendingCount_ <= 0 || !port_.isOpen())
+        return;
+    if (port_.bytesAvailable() < pendingCount_)
+        return;
+    const QByteArray bytes = port_.read(pendingCount_);
+    pendingCount_ = 0;
+    timeout_.stop();
+    emit dataReceived(bytes);
+}
+
+void QtSerialLink::onError(QSerialPort::SerialPortError error) {
+    if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError)
+        return;
+    if (!port_.isOpen())
+        return; // a failed open reports through open()'s result
+    lastError_ = port_.errorString();
+    port_.clearError();
+    close();
+    emit portError(lastError_);
+}
+
+void QtSerialLink::onTimeout() {
+    if (pendingCount_ <= 0)
+        return;
+    pendingCount_ = 0;
+    emit readTimedOut();
+}
+
+} // namespace zorvik

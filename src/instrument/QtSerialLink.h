@@ -1,0 +1,43 @@
+// The serial link on QSerialPort.
+#pragma once
+
+#include "instrument/SerialLink.h"
+
+#include <QSerialPort>
+#include <QTimer>
+
+namespace zorvik {
+
+class QtSerialLink final : public SerialLink {
+    Q_OBJECT
+public:
+    explicit QtSerialLink(QObject* parent = nullptr);
+    ~QtSerialLink() override;
+
+    bool open(const QString& device) override;
+    void close() override;
+    bool isOpen() const override;
+    QString device() const override;
+    void setBaudRate(qint32 baud) override;
+    qint32 baudRate() const override;
+    void resetInput() override;
+    void read(int count, int timeoutMs) override;
+    void cancelRead() override;
+    bool readPending() const override { return pendingCount_ > 0; }
+    QString errorString() const override;
+
+private:
+    void scheduleDelivery();
+    void deliver();
+    void onError(QSerialPort::SerialPortError error);
+    void onTimeout();
+
+    QSerialPort port_;
+    QTimer timeout_;
+    qint32 baud_ = 19200;
+    int pendingCount_ = 0;
+    bool deliveryQueued_ = false;
+    QString lastError_;
+};
+
+} // namespace zorvik

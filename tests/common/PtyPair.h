@@ -1,0 +1,61 @@
+// A raw pseudo-terminal pair for tests: the test writes on the master, the program reads the
+// slave device like a serial port.
+#pragma once
+
+#include <fcntl.h>
+#include <pty.h>
+#include <string>
+#include <termios.h>
+#include <unistd.h>
+#include <vector>
+
+namespace zorvik::test {
+
+class PtyPair {
+public:
+    PtyPair() {
+        int slave = -1;
+        char name[256] = {};
+        if (openpty(&master_, &slave, name, nullptr, nullptr) != 0)
+            return;
+        termios t{};
+        tcgetattr(slave, &t);
+        cfmakeraw(&t);
+        tcsetattr(slave, TCSANOW, &t);
+        slave_ = slave; // kept open so the device stays valid while the program reopens it
+        path_ = name;
+        fcntl(master_, F_SETFL, fcntl(master_, F_GETFL) | O_NONBLOCK);
+    }
+    ~PtyPair() { closeAll(); }
+    PtyPair(const PtyPair&) = delete;
+    PtyPair& operator=(const PtyPair&) = delete;
+
+    bool ok() const { return master_ >= 0; }
+    const std::string& path() const { return path_; }
+
+    void write(const std::vector<unsigned char>& bytes) const {
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            const ssize_t n = ::write(master_, bytes.data() + done, bytes.size() - done);
+            if (n <= 0)
+                break;
+            done += static_cast<std::size_t>(n);
+        }
+    }
+
+    /// Closes both ends: the device node disappears and an open port fails.
+    void closeAll() {
+        if (slave_ >= 0)
+            ::close(slave_);
+        if (master_ >= 0)
+            ::close(master_);
+        slave_ = master_ = -1;
+    }
+
+private:
+    int master_ = -1;
+    int slave_ = -1;
+    std::string path_;
+};
+
+} // namespace zorvik::test
