@@ -19,6 +19,7 @@ QtSerialLink::~QtSerialLink() {
 bool QtSerialLink::open(const QString& device) {
     close();
     lastError_.clear();
+    device_ = device;
     port_.setPortName(device);
     if (!port_.open(QIODevice::ReadOnly)) {
         lastError_ = port_.errorString();

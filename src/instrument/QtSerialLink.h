@@ -38,6 +38,7 @@ private:
     int pendingCount_ = 0;
     bool deliveryQueued_ = false;
     QString lastError_;
+    QString device_;
 };
 
 } // namespace zorvik
