@@ -7,6 +7,7 @@ namespace zorvik {
 
 QtSerialLink::QtSerialLink(QObject* parent) : SerialLink(parent) {
     timeout_.setSingleShot(true);
+    timeout_.setTimerType(Qt::PreciseTimer);
     connect(&timeout_, &QTimer::timeout, this, &QtSerialLink::onTimeout);
     connect(&port_, &QSerialPort::readyRead, this, &QtSerialLink::deliver);
     connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialLink::onError);
