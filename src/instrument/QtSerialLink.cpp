@@ -49,7 +49,7 @@ bool QtSerialLink::isOpen() const {
 }
 
 QString QtSerialLink::device() const {
-    return port_.portName();
+    return device_;
 }
 
 void QtSerialLink::setBaudRate(qint32 baud) {
