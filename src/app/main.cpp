@@ -1,7 +1,40 @@
-// Composition root of the zorvik program.
+// Composition root of the zorvik program: creates the serial link, the port mapping and the
+// main window, wires the windows that the front panel opens, and runs the event loop.
+#include "app/frmMain.h"
+#include "instrument/PortMap.h"
+#include "instrument/QtSerialLink.h"
+
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+
+using namespace zorvik;
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    return 0;
+    QApplication::setApplicationName("zorvik");
+    QApplication::setApplicationDisplayName("Zorvik");
+    QApplication::setApplicationVersion(ZORVIK_VERSION);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Front panel for the Zorvik hand-held probe oscilloscope.");
+    parser.addHelpOption();
+    parser.addVersionOption();
+    QCommandLineOption demo("demo", "Start with a virtual probe on COM1 (no hardware needed).");
+    parser.addOption(demo);
+    parser.process(app);
+
+    PortMap ports;
+    QtSerialLink serial;
+
+    MainWindowServices services;
+    services.serial = &serial;
+    services.ports = &ports;
+    services.deviceExists = [](const QString& device) { return QFileInfo::exists(device); };
+    services.programFolder = QApplication::applicationDirPath();
+
+    frmMain window(services);
+    window.Form_Load();
+    window.show();
+    return QApplication::exec();
 }

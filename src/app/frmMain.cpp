@@ -1,0 +1,165 @@
+// The main window's start-up, resizing and shutdown.
+#include "app/frmMain.h"
+
+#include "support/Twips.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QStatusBar>
+
+namespace zorvik {
+
+namespace {
+// Design size of the window, in twips.
+constexpr int kDesignWidthTwips = 12000;
+constexpr int kDesignHeightTwips = 9000;
+} // namespace
+
+frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
+    : QMainWindow(parent), services_(services) {
+    setObjectName("frmMain");
+    setWindowTitle("Zorvik");
+    link_ = new InstrumentLink(
+        *services_.serial, *services_.ports,
+        [this](int n) { return ComPortExists(static_cast<std::int16_t>(n)); }, this);
+    connect(link_, &InstrumentLink::searchFinished, this, &frmMain::onSearchFinished);
+    connect(link_, &InstrumentLink::received, this, &frmMain::onReceived);
+    connect(link_, &InstrumentLink::failed, this, &frmMain::CWSerial1_Error);
+    buildPanel();
+    connectPanel();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::Form_Load() {
+    // 1. The splash window is shown by the support layer once it is wired in here.
+
+    // 2. Size and centre the window.
+    const QSize design(twipsToPixels(kDesignWidthTwips), twipsToPixels(kDesignHeightTwips));
+    resize(design);
+    if (const QScreen* s = screen()) {
+        const QRect avail = s->geometry();
+        move(avail.x() + (avail.width() - width()) / 2, avail.y() + (avail.height() - height()) / 2);
+    }
+
+    // 3. The H-SCALE knob and the time scale: position 3, 1000000 divisions per second.
+    CWKTimeRange->setValueSilently(3);
+    SetTimeScale();
+
+    // 4. The V-SCALE labels, the knob at position 1 and the vertical scale.
+    CWKChaLvl->setPositionLabels({"20 ", "10 ", "5 ", "2 ", "1 ", ".5 ", ".2 "});
+    CWKChaLvl->setValueSilently(1);
+    SetChaScale();
+
+    // 5. Link defaults.
+    lngBaudRate = kBaudRate;
+    ComPort = 1;
+    blnAutoPort = true;
+    blnLiveData = false;
+    blnRefLoaded = false;
+
+    // 6. and 7. Bare status labels, indicator pointers hidden as at power-off.
+    writeBareStatusLabels();
+    hideIndicatorPointers();
+
+    // 8. The design colours become the defaults of the options dialog.
+    recordDefaultColors();
+
+    // 9. The elastic layout takes the window with the layout suspended (wired in with the
+    //    support layer). 10. The saved settings are read here once the settings file is wired.
+    layoutSuspended_ = true;
+    layoutSuspended_ = false;
+
+    // 11. STORE stays disabled until the link is up.
+    CWBStoreRef->setEnabled(false);
+
+    // 12. The splash closes; 13. one layout pass for the present size.
+    Form_Resize();
+}
+
+bool frmMain::searching() const { return link_->searching(); }
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        Form_Resize();
+}
+
+void frmMain::Form_Resize() {
+    if (isMinimized())
+        return;
+    // The height is corrected only once the width is legal: a width correction raises a
+    // further resize event, in which the height is checked.
+    const QSize frameExtra = frameGeometry().size() - size();
+    const int outerWidth = pixelsToTwips(frameGeometry().width());
+    const int outerHeight = pixelsToTwips(frameGeometry().height());
+    if (outerWidth >= kDesignWidthTwips) {
+        if (outerHeight < kDesignHeightTwips)
+            resize(width(), twipsToPixels(kDesignHeightTwips) - frameExtra.height());
+    } else {
+        resize(twipsToPixels(kDesignWidthTwips) - frameExtra.width(), height());
+    }
+    if (layoutSuspended_)
+        return;
+    // The elastic layout runs here once it is wired in.
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    Form_Unload();
+    event->accept();
+}
+
+void frmMain::Form_Unload() {
+    if (unloaded_)
+        return;
+    unloaded_ = true;
+    // 1. The port is closed before anything is written.
+    link_->close();
+    // 2. The settings are saved here once the settings file is wired.
+    // 3. Every other open window closes.
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != this && w->objectName() != "frmMain" && w->isVisible())
+            w->close();
+    }
+}
+
+void frmMain::setStatus(QLabel* panel, const QString& text) {
+    panel->setText(text);
+    panel->setAccessibleName(text);
+}
+
+void frmMain::writeBareStatusLabels() {
+    setStatus(sbrBaudRate, "Baud: ");
+    setStatus(sbrComPort, "Com: ");
+    setStatus(sbrSampleRate, "Sample Rate: ");
+}
+
+void frmMain::hideIndicatorPointers() {
+    CWSTrigger->setPointerVisible(false);
+    CWSCoupling->setPointerVisible(false);
+    CWSRange->setPointerVisible(false);
+    CWSTrigInd->setPointerVisible("TrigLvl", false);
+}
+
+void frmMain::recordDefaultColors() {
+    for (int i = 0; i < 4; ++i)
+        defaultColors.cursors[static_cast<std::size_t>(i)] =
+            CWGraph1->cursorColor(QString("Cursor%1").arg(i + 1));
+    defaultColors.display = CWGraph1->plotAreaColor();
+    defaultColors.primaryTrace = CWGraph1->plotColor("CHa");
+    defaultColors.referenceTrace = CWGraph1->plotColor("Ref");
+}
+
+} // namespace zorvik

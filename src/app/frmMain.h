@@ -1,0 +1,183 @@
+// The oscilloscope's main window: front panel, graph, status bar, and the instrument link.
+#pragma once
+
+#include "display/FormatDispData.h"
+#include "display/TraceArrays.h"
+#include "instrument/InstrumentLink.h"
+
+#include <QColor>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPointer>
+#include <array>
+#include <cstdint>
+#include <functional>
+
+class QGroupBox;
+
+namespace zorvik {
+
+class IndicatorSlide;
+class Knob;
+class Led;
+class LitButton;
+class ScopeGraph;
+class Slide;
+
+/// What the composition root hands the main window.
+struct MainWindowServices {
+    SerialLink* serial = nullptr; ///< the serial control `CWSerial1`
+    PortMap* ports = nullptr;     ///< COM1..COM8 and their devices
+    /// Tells whether a device exists, without opening it.
+    std::function<bool(const QString&)> deviceExists;
+    QString programFolder; ///< folder of the running program
+};
+
+/// Default (design-time) colours of the graph, recorded at start-up.
+struct GraphColors {
+    std::array<QColor, 4> cursors; ///< "Cursor1".."Cursor4"
+    QColor display;                ///< the plot area
+    QColor primaryTrace;           ///< plot "CHa"
+    QColor referenceTrace;         ///< plot "Ref"
+};
+
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmMain(const MainWindowServices& services, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    /// The start-up sequence; the window is shown afterwards by the caller.
+    void Form_Load();
+
+    // Link values.
+    std::int16_t ComPort = 1;
+    bool blnAutoPort = true;
+    std::int32_t lngBaudRate = 19200;
+    bool blnLiveData = false;
+
+    // Display values.
+    AcquisitionValues acquisition; ///< sngVoltsPerCount, sngSampleInterval, strSampleRate, ...
+    float sngChaGain = 0.0f;
+    float sngChaOffset = 0.0f;
+    std::int32_t lngDivPerSec = 0;
+    std::int16_t intTimeUnit = 0;
+    double varGraphOffset = 0.0;
+    TraceArray sngChaVolts{};
+    TraceArray sngChaPlot{};
+    TraceArray sngRefPlot{};
+
+    // Reference store.
+    TraceArray sngRefVolts{};
+    float sngRefVoltsPerCount = 0.0f;
+    float sngRefSampleInterval = 0.0f;
+    bool blnRefLoaded = false;
+
+    /// Colours the graph had at start-up (the options dialog's defaults).
+    GraphColors defaultColors;
+
+    InstrumentLink& link() { return *link_; }
+    const PortMap& ports() const { return *services_.ports; }
+    /// True while a power-on search for the probe runs.
+    bool searching() const;
+
+    // Routines of the display.
+    void FormatDispData();
+    void ChartA();
+    void ShowTrigLevel();
+    void SetXAxis();
+    void SetChaScale();
+    void SetTimeScale();
+    void DisplayCursorData();
+
+    // The link.
+    bool ComPortExists(std::int16_t n) const;
+    void InitHdwe();
+    /// Holds acquisition (STORE): frames are no longer accepted and reception stops.
+    void holdAcquisition();
+    /// Resumes acquisition: frames accepted again, input reset, the two-byte read re-armed.
+    void resumeAcquisition();
+
+    // Handlers of the front panel.
+    void CWBPwr_ValueChanged(bool Value);
+    void CWKTimeRange_ValueChanged(int Value);
+    void CWKChaLvl_ValueChanged(int Value);
+    void CWSCHaOffset_ValueChanged(double Value);
+    void CWBCHaCal_ValueChanged(bool Value);
+    void CWBChaInv_ValueChanged(bool Value);
+    void CWSPan_ValueChanged(double Value);
+    void CWBVCursors_ValueChanged(bool Value);
+    void CWBHCursors_ValueChanged(bool Value);
+    void CWBStoreRef_ValueChanged(bool Value);
+    void CWBRef_ValueChanged(bool Value);
+    void CWBFile_ValueChanged(bool Value);
+    void CWBMenu_ValueChanged(bool Value);
+    void CWBHelp_ValueChanged(bool Value);
+    void CWBPrint_ValueChanged(bool Value);
+    void CWGraph1_CursorChange(const QString& name);
+
+    /// Entry points of the windows that FILE, MENU, PRINT and HELP open.
+    std::function<void(frmMain&)> openFileForm;
+    std::function<void(frmMain&)> openOptionsForm;
+    std::function<void(frmMain&)> openPrintPreview;
+    std::function<void(frmMain&)> openHelp;
+
+    // Controls.
+    ScopeGraph* CWGraph1 = nullptr;
+    IndicatorSlide* CWSTrigInd = nullptr;
+    Slide* CWSPan = nullptr;
+    LitButton* CWBFile = nullptr;
+    LitButton* CWBHelp = nullptr;
+    LitButton* CWBMenu = nullptr;
+    LitButton* CWBPrint = nullptr;
+    LitButton* CWBVCursors = nullptr;
+    LitButton* CWBHCursors = nullptr;
+    LitButton* CWBRef = nullptr;
+    LitButton* CWBStoreRef = nullptr;
+    LitButton* CWBPwr = nullptr;
+    Led* CWBPwrLed = nullptr;
+    IndicatorSlide* CWSRange = nullptr;
+    IndicatorSlide* CWSCoupling = nullptr;
+    IndicatorSlide* CWSTrigger = nullptr;
+    Knob* CWKTimeRange = nullptr;
+    Knob* CWKChaLvl = nullptr;
+    Slide* CWSCHaOffset = nullptr;
+    LitButton* CWBChaInv = nullptr;
+    Led* CWBChaInvLed = nullptr;
+    LitButton* CWBCHaCal = nullptr;
+    Led* CWBChaCalLed = nullptr;
+    QLabel* lblCVoltage = nullptr;
+    QLabel* lblCTime = nullptr;
+    QLabel* lblCFrequency = nullptr;
+    QLabel* sbrBaudRate = nullptr;
+    QLabel* sbrComPort = nullptr;
+    QLabel* sbrSampleRate = nullptr;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void buildPanel();
+    void connectPanel();
+    void setStatus(QLabel* panel, const QString& text);
+    void writeBareStatusLabels();
+    void hideIndicatorPointers();
+    void recordDefaultColors();
+    void Form_Resize();
+    void Form_Unload();
+    void powerOn();
+    void powerOff();
+    void onSearchFinished(bool answered, int port);
+    void onReceived(const ReceiveStep& step);
+    void CWSerial1_Error();
+
+    MainWindowServices services_;
+    InstrumentLink* link_ = nullptr;
+    bool layoutSuspended_ = false;
+    bool unloaded_ = false;
+    bool inErrorPath_ = false;
+};
+
+} // namespace zorvik

@@ -1,0 +1,121 @@
+// The main window's display routines: decode a frame, plot the traces, place the pointers,
+// the scales and the cursor readouts. The arithmetic lives in the display core.
+#include "app/frmMain.h"
+
+#include "display/ChartA.h"
+#include "display/CursorReadouts.h"
+#include "display/GraphFurniture.h"
+#include "display/ScaleTables.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+#include <cmath>
+
+namespace zorvik {
+
+void frmMain::FormatDispData() {
+    const FormatDispDataResult r = zorvik::FormatDispData(
+        link_->machine().state, link_->machine().bytRawData, acquisition);
+    if (r.CWSCoupling)
+        CWSCoupling->setValue(*r.CWSCoupling);
+    if (r.CWSRange)
+        CWSRange->setValue(*r.CWSRange);
+    if (r.CWSTrigger)
+        CWSTrigger->setValue(*r.CWSTrigger);
+    setStatus(sbrSampleRate, QString::fromStdString(r.sbrSampleRate));
+    sngChaVolts = r.sngChaVolts;
+    // The indicators show again while frames arrive (power-off and start-up hide them).
+    CWSTrigger->setPointerVisible(true);
+    CWSCoupling->setPointerVisible(true);
+    CWSRange->setPointerVisible(true);
+    CWSTrigInd->setPointerVisible("TrigLvl", true);
+}
+
+void frmMain::ChartA() {
+    ChartInputs in;
+    in.blnLiveData = blnLiveData;
+    in.blnRefLoaded = blnRefLoaded;
+    in.CWBRef = CWBRef->value();
+    in.CWBChaInv = CWBChaInv->value();
+    in.sngChaGain = sngChaGain;
+    in.sngChaOffset = sngChaOffset;
+    in.lngDivPerSec = lngDivPerSec;
+    in.sngSampleInterval = acquisition.sngSampleInterval;
+    in.sngRefSampleInterval = sngRefSampleInterval;
+    const ChartAResult r = zorvik::ChartA(in, sngChaVolts, sngRefVolts);
+    auto apply = [this](const char* plot, const PlotUpdate& u, TraceArray& store) {
+        if (u.action == PlotAction::Clear) {
+            CWGraph1->clearData(plot);
+        } else if (u.action == PlotAction::Plot) {
+            store = u.y;
+            CWGraph1->plotY(plot, store.data(), static_cast<int>(store.size()), u.firstX,
+                            u.xStep);
+        }
+    };
+    apply("CHa", r.CHa, sngChaPlot);
+    apply("Ref", r.Ref, sngRefPlot);
+    CWGraph1->redraw();
+}
+
+void frmMain::ShowTrigLevel() {
+    const TrigIndicatorPointers p =
+        zorvik::ShowTrigLevel(acquisition.sngTrigLevel, sngChaGain, sngChaOffset,
+                              CWBChaInv->value(), CWSCHaOffset->value());
+    CWSTrigInd->setPointerValue("TrigLvl", p.TrigLvl);
+    CWSTrigInd->setPointerValue("CHa_Zero", p.CHa_Zero);
+}
+
+void frmMain::SetXAxis() {
+    CWGraph1->setAxisMinimum("XAxis", varGraphOffset);
+    CWGraph1->setAxisMaximum("XAxis", xAxisMaximum(CWGraph1->axisMinimum("XAxis")));
+    CWGraph1->redraw();
+}
+
+void frmMain::SetChaScale() {
+    if (const auto gain = chaGainForPosition(CWKChaLvl->value()))
+        sngChaGain = *gain;
+    sngChaOffset = static_cast<float>(CWSCHaOffset->value());
+    DisplayCursorData();
+}
+
+void frmMain::SetTimeScale() {
+    if (const auto scale = timeScaleForPosition(CWKTimeRange->value())) {
+        lngDivPerSec = scale->lngDivPerSec;
+        intTimeUnit = scale->intTimeUnit;
+    }
+}
+
+void frmMain::DisplayCursorData() {
+    auto position = [this](const char* cursor, bool x) -> std::optional<double> {
+        const double v = x ? CWGraph1->cursorX(cursor) : CWGraph1->cursorY(cursor);
+        if (std::isnan(v))
+            return std::nullopt;
+        return v;
+    };
+    CursorInputs in;
+    in.CWBHCursors = CWBHCursors->value();
+    in.CWBVCursors = CWBVCursors->value();
+    in.Cursor1X = position("Cursor1", true);
+    in.Cursor2X = position("Cursor2", true);
+    in.Cursor3Y = position("Cursor3", false);
+    in.Cursor4Y = position("Cursor4", false);
+    in.sngChaGain = sngChaGain;
+    in.lngDivPerSec = lngDivPerSec;
+    in.intTimeUnit = intTimeUnit;
+    const CursorReadouts r = zorvik::DisplayCursorData(in);
+    auto show = [](QLabel* label, const std::optional<std::string>& text) {
+        if (!text)
+            return;
+        const QString t = QString::fromStdString(*text);
+        label->setText(t);
+        label->setAccessibleName(t);
+    };
+    show(lblCVoltage, r.lblCVoltage);
+    show(lblCTime, r.lblCTime);
+    show(lblCFrequency, r.lblCFrequency);
+}
+
+} // namespace zorvik

@@ -1,0 +1,175 @@
+// Handlers of the front-panel controls, the reference buttons and the graph's cursors.
+#include "app/frmMain.h"
+
+#include "instrument/ReceiveMachine.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+#include <QApplication>
+#include <QTimer>
+
+namespace zorvik {
+
+namespace {
+/// True when a top-level window of that name is open.
+bool formOpen(const char* name) {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->objectName() == name && w->isVisible())
+            return true;
+    }
+    return false;
+}
+
+/// The release of a button that opened a modal window went to that window; the button is
+/// released here, without running its handler again.
+void releaseAfterModal(LitButton* button) {
+    button->setDown(false);
+    button->setValueSilently(false);
+}
+} // namespace
+
+void frmMain::CWKTimeRange_ValueChanged(int) {
+    SetTimeScale();
+    ChartA();
+    DisplayCursorData();
+}
+
+void frmMain::CWKChaLvl_ValueChanged(int) {
+    SetChaScale();
+    ChartA();
+    ShowTrigLevel();
+}
+
+void frmMain::CWSCHaOffset_ValueChanged(double Value) {
+    sngChaOffset = static_cast<float>(Value);
+    CWBChaCalLed->setValue(sngChaOffset != 0.0f);
+    ChartA();
+    ShowTrigLevel();
+}
+
+void frmMain::CWBCHaCal_ValueChanged(bool) {
+    CWSCHaOffset->setValue(0.0);
+    SetChaScale();
+    ChartA();
+}
+
+void frmMain::CWBChaInv_ValueChanged(bool Value) {
+    CWBChaInvLed->setValue(Value);
+    ChartA();
+    ShowTrigLevel();
+}
+
+void frmMain::CWSPan_ValueChanged(double Value) {
+    varGraphOffset = Value;
+    SetXAxis();
+}
+
+void frmMain::CWBVCursors_ValueChanged(bool Value) {
+    if (Value) {
+        // One division apart, one and two divisions from the window's left edge.
+        const double m = CWGraph1->axisMinimum("XAxis");
+        CWGraph1->setCursorX("Cursor1", m + 1);
+        CWGraph1->setCursorX("Cursor2", m + 2);
+    }
+    CWGraph1->setCursorVisible("Cursor1", Value);
+    CWGraph1->setCursorVisible("Cursor2", Value);
+    DisplayCursorData();
+}
+
+void frmMain::CWBHCursors_ValueChanged(bool Value) {
+    if (Value) {
+        const double m = CWGraph1->axisMinimum("YAxis-1");
+        CWGraph1->setCursorY("Cursor3", m + 1);
+        CWGraph1->setCursorY("Cursor4", m + 2);
+    }
+    CWGraph1->setCursorVisible("Cursor3", Value);
+    CWGraph1->setCursorVisible("Cursor4", Value);
+    DisplayCursorData();
+}
+
+void frmMain::CWGraph1_CursorChange(const QString&) { DisplayCursorData(); }
+
+void frmMain::CWBStoreRef_ValueChanged(bool Value) {
+    if (Value) {
+        CWBStoreRef->repaint();
+        sngRefVoltsPerCount = acquisition.sngVoltsPerCount;
+        sngRefSampleInterval = acquisition.sngSampleInterval;
+        sngRefVolts = sngChaVolts;
+        if (!CWBRef->value())
+            CWBRef->setValue(true);
+        if (blnLiveData && CWBPwr->value())
+            holdAcquisition();
+        CWGraph1->setPlotVisible("CHa", false);
+        CWSTrigger->setPointerValue("Pointer-1", kPointerTriggered);
+        CWBPrint->setEnabled(true);
+        blnRefLoaded = false;
+        ChartA();
+        return;
+    }
+    if (blnLiveData && CWBPwr->value())
+        resumeAcquisition();
+    CWBPrint->setEnabled(false);
+    CWGraph1->setPlotVisible("CHa", true);
+    ChartA();
+}
+
+void frmMain::CWBRef_ValueChanged(bool Value) {
+    if (Value) {
+        ChartA();
+        CWGraph1->setPlotVisible("Ref", true);
+        if (CWBStoreRef->value() || blnRefLoaded)
+            CWBPrint->setEnabled(true);
+        return;
+    }
+    CWGraph1->setPlotVisible("Ref", false);
+    CWBPrint->setEnabled(false);
+}
+
+void frmMain::CWBFile_ValueChanged(bool Value) {
+    if (!Value)
+        return;
+    // The file window opens from the event loop, after the press has been handled, so the
+    // button's release is not lost to the modal window.
+    QTimer::singleShot(0, this, [this] {
+        const bool wasLive = CWBPwr->value() && blnLiveData;
+        if (wasLive)
+            link_->stopReception();
+        if (openFileForm)
+            openFileForm(*this);
+        if (CWBPwr->value() && blnLiveData && !CWBStoreRef->value())
+            link_->resetAndArm();
+        releaseAfterModal(CWBFile);
+    });
+}
+
+void frmMain::CWBMenu_ValueChanged(bool Value) {
+    if (!Value)
+        return;
+    QTimer::singleShot(0, this, [this] {
+        if (openOptionsForm)
+            openOptionsForm(*this);
+        releaseAfterModal(CWBMenu);
+    });
+}
+
+void frmMain::CWBHelp_ValueChanged(bool Value) {
+    if (Value)
+        return;
+    if (openHelp)
+        openHelp(*this);
+}
+
+void frmMain::CWBPrint_ValueChanged(bool Value) {
+    if (Value)
+        return;
+    if (formOpen("frmPreview"))
+        return;
+    if (openPrintPreview)
+        openPrintPreview(*this);
+}
+
+} // namespace zorvik

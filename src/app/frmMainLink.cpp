@@ -1,0 +1,136 @@
+// The main window's side of the instrument link: POWER, the port search, the data and error
+// events of the serial control.
+#include "app/frmMain.h"
+
+#include "support/MessageBox.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+
+namespace zorvik {
+
+namespace {
+const QColor kLampSearching(255, 255, 0);
+const QColor kLampRunning(0, 255, 0);
+const char* const kCommTitle = "Communication Error";
+const char* const kCommText = "Unable to Communicate with Instrument - Check Port Connection!";
+} // namespace
+
+bool frmMain::ComPortExists(std::int16_t n) const {
+    const std::string device = services_.ports->devicePath(n);
+    if (device.empty() || !services_.deviceExists)
+        return false;
+    return services_.deviceExists(QString::fromStdString(device));
+}
+
+void frmMain::InitHdwe() {
+    // The search runs as asynchronous waits (one second per probed port); its outcome arrives
+    // in onSearchFinished while the window keeps answering.
+    link_->startSearch(blnAutoPort, ComPort);
+}
+
+void frmMain::CWBPwr_ValueChanged(bool Value) {
+    if (Value)
+        powerOn();
+    else
+        powerOff();
+}
+
+void frmMain::powerOn() {
+    CWBPwrLed->setOnColor(kLampSearching);
+    CWBPwrLed->setValue(true);
+    CWBPwr->repaint();
+    CWBPwrLed->repaint();
+    InitHdwe();
+}
+
+void frmMain::onSearchFinished(bool answered, int port) {
+    if (!CWBPwr->value())
+        return; // POWER was switched off while the search ran
+    if (answered) {
+        ComPort = static_cast<std::int16_t>(port);
+        lngBaudRate = link_->serial().baudRate();
+        setStatus(sbrBaudRate, QString("Baud: %1").arg(lngBaudRate));
+        setStatus(sbrComPort, QString("Com: %1").arg(ComPort));
+        blnLiveData = true;
+        link_->machine().blnAcquire = true;
+
+        CWBStoreRef->setEnabled(true);
+        CWBStoreRef->setValue(false);
+        link_->resetAndArm();
+        CWBPwrLed->setOnColor(kLampRunning);
+        CWBPwrLed->setValue(true);
+        CWBPwr->repaint();
+        return;
+    }
+    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText);
+    setStatus(sbrBaudRate, "Baud: ");
+    setStatus(sbrComPort, "Com: ");
+    blnLiveData = false;
+
+    CWBStoreRef->setEnabled(false);
+    CWBRef->setValue(false);
+    CWBPwrLed->setValue(false);
+    CWBPwr->setValue(false);
+    link_->close();
+}
+
+void frmMain::powerOff() {
+    CWBStoreRef->setEnabled(false);
+    CWBStoreRef->setValue(false);
+    CWBRef->setValue(false);
+    CWBPwrLed->setValue(false);
+
+    CWGraph1->clearAllPlots();
+    sngChaPlot.fill(0.0f);
+    sngRefPlot.fill(0.0f);
+
+    link_->close();
+
+    writeBareStatusLabels();
+    hideIndicatorPointers();
+
+    sngChaVolts.fill(0.0f);
+    blnLiveData = false;
+    ChartA();
+}
+
+void frmMain::onReceived(const ReceiveStep& step) {
+    if (step.disablePrint)
+        CWBPrint->setEnabled(false);
+    if (step.pointer1)
+        CWSTrigger->setPointerValue("Pointer-1", *step.pointer1);
+    if (step.show) {
+        FormatDispData();
+        ChartA();
+        ShowTrigLevel();
+    }
+}
+
+void frmMain::CWSerial1_Error() {
+    if (inErrorPath_)
+        return;
+    inErrorPath_ = true;
+    setStatus(sbrBaudRate, "Baud: ");
+    setStatus(sbrComPort, "Com: ");
+    setStatus(sbrSampleRate,
+              "Sample Rate: " + QString::fromStdString(acquisition.strSampleRate));
+    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText);
+    CWBPwr->setValue(false);
+    link_->machine().blnAcquire = false;
+    blnLiveData = false;
+    inErrorPath_ = false;
+}
+
+void frmMain::holdAcquisition() {
+    link_->machine().blnAcquire = false;
+    link_->stopReception();
+}
+
+void frmMain::resumeAcquisition() {
+    link_->machine().blnAcquire = true;
+    link_->resetAndArm();
+}
+
+} // namespace zorvik

@@ -1,0 +1,202 @@
+// The front panel of the main window: every control with its name, caption and place.
+//
+// Controls sit at fixed places of an 800 x 600 pixel (12000 x 9000 twips) design; the
+// elastic layout scales them with the window.
+#include "app/frmMain.h"
+
+#include "instrument/DecodeTables.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+#include <QGroupBox>
+#include <QStatusBar>
+
+namespace zorvik {
+
+namespace {
+
+/// Gives a control its name and accessible name, places it and marks it for the elastic
+/// layout.
+template <typename W> W* place(W* w, const char* name, const QString& accessible, QRect r) {
+    w->setObjectName(name);
+    if (!accessible.isEmpty())
+        w->setAccessibleName(accessible);
+    w->setGeometry(r);
+    w->setProperty("elasticControl", true);
+    return w;
+}
+
+QGroupBox* frame(QWidget* parent, const char* name, const QString& title, QRect r) {
+    auto* f = place(new QGroupBox(title, parent), name, title, r);
+    f->setFlat(false);
+    return f;
+}
+
+QLabel* label(QWidget* parent, const char* name, const QString& text, QRect r,
+              Qt::Alignment align = Qt::AlignCenter) {
+    auto* l = place(new QLabel(text, parent), name, QString(), r);
+    l->setAlignment(align);
+    return l;
+}
+
+QStringList toList(const auto& labels) {
+    QStringList out;
+    for (const auto& l : labels)
+        out << QString::fromUtf8(l.data(), static_cast<qsizetype>(l.size()));
+    return out;
+}
+
+} // namespace
+
+void frmMain::buildPanel() {
+    auto* panel = new QWidget(this);
+    panel->setObjectName("panel");
+    setCentralWidget(panel);
+
+    // The graph with its side scale and the pan slide below it.
+    CWGraph1 = place(new ScopeGraph(panel), "CWGraph1", "Trace display", {10, 10, 496, 356});
+    CWGraph1->setAccessibleDescription("Oscilloscope graph: 10 divisions wide");
+    CWSTrigInd = place(new IndicatorSlide(panel), "CWSTrigInd", "Trigger level and zero",
+                       {508, 10, 38, 356});
+    CWSTrigInd->setRange(-4, 4);
+    CWSTrigInd->addPointer("TrigLvl", "T");
+    CWSTrigInd->addPointer("CHa_Zero", "0");
+    CWSTrigInd->alignTrackWith(CWGraph1);
+    CWSPan = place(new Slide(Qt::Horizontal, panel), "CWSPan", "PAN", {10, 370, 496, 34});
+    CWSPan->setRange(0, 100);
+    CWSPan->setSteps(0.5, 10);
+    label(panel, "lblPan", "PAN", {510, 378, 40, 16}, Qt::AlignLeft | Qt::AlignVCenter);
+
+    // Cursor readouts.
+    const char* headings[] = {"VOLTS", "TIME", "FREQUENCY"};
+    const char* headingNames[] = {"lblVoltsHeading", "lblTimeHeading", "lblFrequencyHeading"};
+    QLabel** readouts[] = {&lblCVoltage, &lblCTime, &lblCFrequency};
+    const char* readoutNames[] = {"lblCVoltage", "lblCTime", "lblCFrequency"};
+    const char* designCaptions[] = {"Volts", "Time", "Freq."};
+    for (int i = 0; i < 3; ++i) {
+        const int x = 10 + i * 168;
+        label(panel, headingNames[i], headings[i], {x, 410, 160, 16});
+        QLabel* r = label(panel, readoutNames[i], designCaptions[i], {x, 426, 160, 28});
+        r->setProperty("readout", true);
+        r->setAccessibleName(designCaptions[i]);
+        r->setAccessibleDescription(headings[i]);
+        *readouts[i] = r;
+    }
+
+    // Control buttons.
+    struct ButtonDef {
+        LitButton** target;
+        const char* name;
+        const char* caption;
+        LitButton::Mode mode;
+    };
+    const ButtonDef buttons[] = {
+        {&CWBFile, "CWBFile", "FILE", LitButton::Mode::Momentary},
+        {&CWBHelp, "CWBHelp", "HELP", LitButton::Mode::Momentary},
+        {&CWBMenu, "CWBMenu", "MENU", LitButton::Mode::Momentary},
+        {&CWBPrint, "CWBPrint", "PRINT", LitButton::Mode::Momentary},
+        {&CWBVCursors, "CWBVCursors", "V-CURS", LitButton::Mode::Toggle},
+        {&CWBHCursors, "CWBHCursors", "H-CURS", LitButton::Mode::Toggle},
+        {&CWBRef, "CWBRef", "REF", LitButton::Mode::Toggle},
+    };
+    for (int i = 0; i < 7; ++i) {
+        const auto& b = buttons[i];
+        *b.target = place(new LitButton(b.caption, b.mode, panel), b.name, b.caption,
+                          {10 + i * 71, 466, 65, 48});
+        (*b.target)->setLampVisible(b.mode == LitButton::Mode::Toggle);
+    }
+    CWBPrint->setEnabled(false);
+
+    // POWER with its lamp, and STORE.
+    auto* fraStatus = frame(panel, "fraStatus", QString(), {560, 6, 112, 78});
+    CWBPwr = place(new LitButton("POWER", LitButton::Mode::Toggle, fraStatus), "CWBPwr", "POWER",
+                   {8, 14, 66, 54});
+    CWBPwr->setLampVisible(false);
+    CWBPwrLed = place(new Led(fraStatus), "CWBPwrLed", "POWER lamp", {80, 29, 24, 24});
+    auto* fraStore = frame(panel, "fraStore", QString(), {678, 6, 112, 78});
+    CWBStoreRef = place(new LitButton("STORE", LitButton::Mode::Toggle, fraStore), "CWBStoreRef",
+                        "STORE", {10, 14, 92, 54});
+
+    // H-SCALE.
+    CWKTimeRange = place(new Knob(panel), "CWKTimeRange", "H-SCALE", {560, 88, 230, 200});
+    CWKTimeRange->setHeading("H-SCALE sec./ div.");
+    CWKTimeRange->setPositionLabels({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u",
+                                     "100u", "200u", "500u", "1m", "2m", "5m", "10m", "20m"});
+
+    // Channel A: V-SCALE, offset, invert and calibration.
+    auto* fraCHA = frame(panel, "fraCHA", "CH A", {560, 290, 230, 190});
+    CWKChaLvl = place(new Knob(fraCHA), "CWKChaLvl", "V-SCALE", {4, 18, 150, 124});
+    CWKChaLvl->setHeading("V-SCALE volts / div.");
+    CWKChaLvl->setNeedleName("ChaLvlSel");
+    CWKChaLvl->setPositionLabels({" 20", " 10", " 5", " 2", " 1", " .5", " .2"});
+    CWSCHaOffset = place(new Slide(Qt::Vertical, fraCHA), "CWSCHaOffset", "OFFSET",
+                         {164, 18, 58, 124});
+    CWSCHaOffset->setRange(-4, 4);
+    CWSCHaOffset->setSteps(0.1, 1);
+    label(fraCHA, "lblOffset", "OFFSET", {160, 142, 66, 14});
+    CWBChaInv = place(new LitButton("INVERT", LitButton::Mode::Toggle, fraCHA), "CWBChaInv",
+                      "INVERT", {6, 152, 76, 30});
+    CWBChaInv->setLampVisible(false);
+    CWBChaInvLed = place(new Led(fraCHA), "CWBChaInvLed", "INVERT lamp", {86, 159, 16, 16});
+    CWBCHaCal = place(new LitButton("CALX", LitButton::Mode::Momentary, fraCHA), "CWBCHaCal",
+                      "CALX", {118, 152, 76, 30});
+    CWBCHaCal->setLampVisible(false);
+    CWBChaCalLed = place(new Led(fraCHA), "CWBChaCalLed", "CALX lamp", {198, 159, 16, 16});
+    CWBChaCalLed->setOnColor(QColor(255, 60, 40));
+
+    // The probe's switches, shown as they are reported.
+    auto* fraRange = frame(panel, "fraRange", "RANGE", {560, 484, 74, 94});
+    CWSRange = place(new IndicatorSlide(fraRange), "CWSRange", "RANGE", {4, 16, 66, 74});
+    CWSRange->setPositionLabels(toList(kRangeLabels));
+    auto* fraCoupling = frame(panel, "fraCoupling", "COUPLING", {638, 484, 74, 94});
+    CWSCoupling =
+        place(new IndicatorSlide(fraCoupling), "CWSCoupling", "COUPLING", {4, 16, 66, 74});
+    CWSCoupling->setPositionLabels(toList(kCouplingLabels));
+    auto* fraTrig = frame(panel, "fraTrig", "TRIGGER", {716, 484, 74, 94});
+    CWSTrigger = place(new IndicatorSlide(fraTrig), "CWSTrigger", "TRIGGER", {4, 16, 66, 74});
+    CWSTrigger->setPositionLabels(toList(kTriggerLabels));
+    CWSTrigger->addPointer("Pointer-1");
+    CWSTrigger->setPointerVisible("Pointer-1", false);
+    CWSTrigger->addPointerStateMark("Pointer-1", kPointerWaiting, "WAIT", QColor(255, 176, 0));
+    CWSTrigger->addPointerStateMark("Pointer-1", kPointerTriggered, "TRIG", QColor(0, 230, 0));
+
+    // Status bar with its three keyed panels.
+    auto* bar = new QStatusBar(this);
+    bar->setObjectName("StatusBar1");
+    bar->setSizeGripEnabled(false);
+    setStatusBar(bar);
+    QLabel** panels[] = {&sbrBaudRate, &sbrComPort, &sbrSampleRate};
+    const char* keys[] = {"sbrBaudRate", "sbrComPort", "sbrSampleRate"};
+    for (int i = 0; i < 3; ++i) {
+        auto* p = new QLabel(bar);
+        p->setObjectName(keys[i]);
+        p->setMinimumWidth(i == 2 ? 200 : 120);
+        bar->addWidget(p, i == 2 ? 1 : 0);
+        *panels[i] = p;
+    }
+}
+
+void frmMain::connectPanel() {
+    connect(CWBPwr, &LitButton::valueChanged, this, &frmMain::CWBPwr_ValueChanged);
+    connect(CWKTimeRange, &Knob::valueChanged, this, &frmMain::CWKTimeRange_ValueChanged);
+    connect(CWKChaLvl, &Knob::valueChanged, this, &frmMain::CWKChaLvl_ValueChanged);
+    connect(CWSCHaOffset, &Slide::valueChanged, this, &frmMain::CWSCHaOffset_ValueChanged);
+    connect(CWBCHaCal, &LitButton::valueChanged, this, &frmMain::CWBCHaCal_ValueChanged);
+    connect(CWBChaInv, &LitButton::valueChanged, this, &frmMain::CWBChaInv_ValueChanged);
+    connect(CWSPan, &Slide::valueChanged, this, &frmMain::CWSPan_ValueChanged);
+    connect(CWBVCursors, &LitButton::valueChanged, this, &frmMain::CWBVCursors_ValueChanged);
+    connect(CWBHCursors, &LitButton::valueChanged, this, &frmMain::CWBHCursors_ValueChanged);
+    connect(CWBStoreRef, &LitButton::valueChanged, this, &frmMain::CWBStoreRef_ValueChanged);
+    connect(CWBRef, &LitButton::valueChanged, this, &frmMain::CWBRef_ValueChanged);
+    connect(CWBFile, &LitButton::valueChanged, this, &frmMain::CWBFile_ValueChanged);
+    connect(CWBMenu, &LitButton::valueChanged, this, &frmMain::CWBMenu_ValueChanged);
+    connect(CWBHelp, &LitButton::valueChanged, this, &frmMain::CWBHelp_ValueChanged);
+    connect(CWBPrint, &LitButton::valueChanged, this, &frmMain::CWBPrint_ValueChanged);
+    connect(CWGraph1, &ScopeGraph::cursorChanged, this, &frmMain::CWGraph1_CursorChange);
+}
+
+} // namespace zorvik
