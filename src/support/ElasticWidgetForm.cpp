@@ -116,6 +116,8 @@ QList<QWidget*> ElasticWidgetForm::controls() const {
 }
 
 QWidget& ElasticWidgetForm::control(int index) const {
+    if (index >= 0 && static_cast<std::size_t>(index) >= m_controls.size())
+        collectControls();
     if (index < 0 || static_cast<std::size_t>(index) >= m_controls.size() ||
         !m_controls[static_cast<std::size_t>(index)])
         throw PropertyMissing("Control array element " + std::to_string(index) + " doesn't exist");
