@@ -54,6 +54,7 @@ HelpWindow::HelpWindow(QWidget* parent) : QWidget(parent, Qt::Window) {
     // Links inside the manual open here; web and mail links go to the desktop's programs.
     m_browser->setOpenLinks(true);
     m_browser->setOpenExternalLinks(true);
+    m_browser->document()->setDocumentMargin(12);
 
     connect(m_back, &QToolButton::clicked, m_browser, &QTextBrowser::backward);
     connect(m_forward, &QToolButton::clicked, m_browser, &QTextBrowser::forward);

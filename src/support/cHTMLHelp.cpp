@@ -11,6 +11,10 @@ cHTMLHelp::~cHTMLHelp() {
     delete m_ownWindow.data();
 }
 
+HelpWindow* cHTMLHelp::helpWindow() const {
+    return m_lastWindow;
+}
+
 void cHTMLHelp::DisplayHelp(QWidget* hwndCaller, const QString& sFile) {
     // The help window belongs to the calling window: one per window, kept (hidden when
     // closed) for the next call and deleted with its owner.

@@ -23,7 +23,7 @@ public:
     void DisplayHelp(QWidget* hwndCaller, const QString& sFile);
 
     /// The help window last used, or null before the first call.
-    HelpWindow* helpWindow() const { return m_lastWindow; }
+    HelpWindow* helpWindow() const;
 
 private:
     QPointer<HelpWindow> m_lastWindow;
