@@ -124,30 +124,32 @@ QWidget& ElasticWidgetForm::control(int index) const {
     return *m_controls[static_cast<std::size_t>(index)];
 }
 
+// The form's outer size is its client area plus the caption and borders. Qt learns a window's
+// real frame only after the window system has shown it, yet the main window hands itself to
+// the layout before it is shown. So the frame is counted as the fixed allowance the layout's
+// height factor takes off again (400 twips in height, none in width): the design size and
+// every later size are then measured alike, and the controls fill the client area in exact
+// proportion whatever frame the desktop draws.
 double ElasticWidgetForm::formHeight() const {
-    return twipsOf(form().frameGeometry().height());
+    return twipsOf(form().height()) + kFrameAllowanceTwips;
 }
 double ElasticWidgetForm::formWidth() const {
-    return twipsOf(form().frameGeometry().width());
+    return twipsOf(form().width());
 }
 
-// The outer size includes the caption and borders, which the window system adds around the
-// client area; the client area is sized so that the whole comes to the value asked for.
 // A maximised or minimised window keeps the size the desktop gives it.
 void ElasticWidgetForm::setFormHeight(double twips) {
     QWidget& w = form();
     if (w.isMaximized() || w.isMinimized())
         throw PropertyInvalid("A form can't be sized while minimized or maximized");
-    const int decoration = w.frameGeometry().height() - w.height();
-    w.resize(w.width(), std::max(0, sizeInPixels(twips) - decoration));
+    w.resize(w.width(), std::max(0, pixelsOf(twips - kFrameAllowanceTwips)));
 }
 
 void ElasticWidgetForm::setFormWidth(double twips) {
     QWidget& w = form();
     if (w.isMaximized() || w.isMinimized())
         throw PropertyInvalid("A form can't be sized while minimized or maximized");
-    const int decoration = w.frameGeometry().width() - w.width();
-    w.resize(std::max(0, sizeInPixels(twips) - decoration), w.height());
+    w.resize(sizeInPixels(twips), w.height());
 }
 
 ElasticWindowState ElasticWidgetForm::windowState() const {

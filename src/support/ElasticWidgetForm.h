@@ -1,4 +1,4 @@
-// Presents a Qt form to the elastic layout: the form's outer size, its window state and screen,
+// Presents a Qt form to the elastic layout: the form's size, its window state and screen,
 // and the widgets marked as elastic controls with their geometry in twips and font in points.
 #pragma once
 
@@ -17,6 +17,8 @@ public:
     static constexpr const char* kControlProperty = "elasticControl";
     /// Dynamic property of the form that records its AutoRedraw setting.
     static constexpr const char* kAutoRedrawProperty = "AutoRedraw";
+    /// Twips the form's outer height counts for its caption and borders.
+    static constexpr double kFrameAllowanceTwips = 400;
 
     explicit ElasticWidgetForm(QWidget* form);
 
@@ -24,6 +26,8 @@ public:
     /// null entry, so later indices do not move.
     QList<QWidget*> controls() const;
 
+    /// Outer size of the form: its client height plus kFrameAllowanceTwips for the caption
+    /// and borders, and its client width.
     double formHeight() const override;
     double formWidth() const override;
     void setFormHeight(double twips) override;

@@ -2,6 +2,7 @@
 // form's size; the minimum size, the swallowed first resize and a maximised form at Init.
 #include "support/ElasticWidgetForm.h"
 #include "support/LineControl.h"
+#include "support/Twips.h"
 #include "support/class_Elastic.h"
 
 #include <QLabel>
@@ -20,8 +21,8 @@ QWidget* mark(QWidget* widget) {
     return widget;
 }
 
-// An 800 x 600 pixel (12000 x 9000 twips) form that is not shown, so its outer size is its
-// client size.
+// A form with an 800 x 600 pixel client area: 12000 x 9400 twips outer, the height counting
+// 400 twips for the caption and borders.
 class ElasticWidgetFormTest : public ::testing::Test {
 protected:
     ElasticWidgetFormTest() {
@@ -56,7 +57,7 @@ protected:
 
 TEST_F(ElasticWidgetFormTest, FormSizeAndControlGeometryReadInTwips) {
     EXPECT_EQ(adapter->formWidth(), 12000);
-    EXPECT_EQ(adapter->formHeight(), 9000);
+    EXPECT_EQ(adapter->formHeight(), 9400);
     ASSERT_EQ(adapter->controlCount(), 2);
     EXPECT_EQ(adapter->property(0, ElasticProperty::Top), 1500);
     EXPECT_EQ(adapter->property(0, ElasticProperty::Width), 3000);
@@ -71,19 +72,18 @@ TEST_F(ElasticWidgetFormTest, FormSizeAndControlGeometryReadInTwips) {
 
 TEST_F(ElasticWidgetFormTest, EnlargedFormScalesControlsLineAndFont) {
     initAndSwallow();
-    form->resize(1000, 750); // 15000 x 11250 twips
+    form->resize(1000, 750); // 15000 x 11650 twips: both factors 0.8
     elastic.FormResize(*adapter);
 
-    // Top Int(1892.44) twips, Left 1875, Height Int(756.98), Width 3750, in whole pixels.
-    EXPECT_EQ(label->geometry(), QRect(125, 126, 250, 50));
+    EXPECT_EQ(label->geometry(), QRect(125, 125, 250, 50));
     EXPECT_EQ(label->font().pointSizeF(), 10.0);
-    EXPECT_EQ(line->Y1(), 5046);
+    EXPECT_EQ(line->Y1(), 5000);
     EXPECT_EQ(line->X1(), 0);
     EXPECT_EQ(line->X2(), 15000);
-    EXPECT_EQ(line->Y2(), 5046);
-    EXPECT_EQ(line->startPixel(), QPoint(0, 336));
-    EXPECT_EQ(line->endPixel(), QPoint(1000, 336));
-    EXPECT_TRUE(line->geometry().contains(QPoint(500, 336)));
+    EXPECT_EQ(line->Y2(), 5000);
+    EXPECT_EQ(line->startPixel(), QPoint(0, 333));
+    EXPECT_EQ(line->endPixel(), QPoint(1000, 333));
+    EXPECT_TRUE(line->geometry().contains(QPoint(500, 333)));
     EXPECT_EQ(unmarked->geometry(), QRect(10, 10, 50, 20));
     EXPECT_EQ(form->size(), QSize(1000, 750));
 }
@@ -112,7 +112,8 @@ TEST_F(ElasticWidgetFormTest, FormLowerThanHalfIsRaisedToHalfAndKeepsItsWidth) {
     form->resize(900, 200);
     elastic.FormResize(*adapter);
 
-    EXPECT_EQ(form->size(), QSize(900, 300));
+    // Half of 9400 twips outer is 4700, a client height of 4300 twips.
+    EXPECT_EQ(form->size(), QSize(900, 287));
 }
 
 TEST_F(ElasticWidgetFormTest, WidgetMarkedAfterInitIsNotManaged) {
@@ -164,8 +165,8 @@ TEST_F(ElasticWidgetFormTest, TextBoxWithFixedWrapWidthHasARightMarginScaledByHe
     initAndSwallow();
     form->resize(1000, 750);
     elastic.FormResize(*adapter);
-    // Int(3000 / ((9000 - 400) / (11250 - 400))) = 3784 twips, 252 pixels.
-    EXPECT_EQ(text->lineWrapColumnOrWidth(), 252);
+    // 3000 twips over the height factor 0.8: 3750 twips, 250 pixels.
+    EXPECT_EQ(text->lineWrapColumnOrWidth(), 250);
     EXPECT_EQ(plain->property("lineWrapColumnOrWidth").toInt(), 0);
 }
 
@@ -184,20 +185,49 @@ TEST_F(ElasticWidgetFormTest, NegativeSizesAndZeroFontsAreRefused) {
     EXPECT_EQ(label->font().pointSize(), 8);
 }
 
+TEST_F(ElasticWidgetFormTest, LayoutAfterTheWindowGetsItsFrameStillFitsTheClientArea) {
+    initAndSwallow();
+    form->show(); // the window system now draws a frame around the client area
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    form->resize(1000, 750);
+    elastic.FormResize(*adapter);
+    form->resize(800, 600);
+    elastic.FormResize(*adapter);
+
+    EXPECT_EQ(label->geometry(), QRect(100, 100, 200, 40));
+    EXPECT_EQ(line->Y1(), 4000);
+    EXPECT_EQ(line->X2(), 12000);
+}
+
+TEST_F(ElasticWidgetFormTest, OuterSizeIsTheClientSizePlusTheCaptionAllowanceShownOrNot) {
+    form->resize(640, 480);
+    EXPECT_EQ(adapter->formWidth(), 9600);
+    EXPECT_EQ(adapter->formHeight(), 7200 + 400);
+    form->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(form.get()));
+    EXPECT_EQ(adapter->formWidth(), 9600);
+    EXPECT_EQ(adapter->formHeight(), 7200 + 400);
+
+    adapter->setFormWidth(12000);
+    adapter->setFormHeight(9400);
+    EXPECT_EQ(form->size(), QSize(800, 600));
+}
+
 TEST_F(ElasticWidgetFormTest, WindowStatePassedAtInitSizesTheFormToTheScreen) {
     const QRect screen = form->screen()->geometry();
     elastic.Init(*adapter, 2);
 
-    EXPECT_EQ(form->frameGeometry().size(), screen.size());
+    EXPECT_EQ(form->width(), screen.width());
+    EXPECT_EQ(form->height(), twipsToPixels(screen.height() * 15 - 400));
     EXPECT_EQ(elastic.designWidth(), screen.width() * 15);
-    EXPECT_EQ(elastic.designHeight(), screen.height() * 15);
+    EXPECT_NEAR(elastic.designHeight(), screen.height() * 15, 8);
 }
 
-TEST(ElasticWidgetFormShown, FormMaximisedAtInitTakesTheScreenSizeAsDesignSize) {
+TEST(ElasticWidgetFormShown, FormMaximisedAtInitTakesTheScreenFillingSizeAsDesignSize) {
     QWidget form;
-    form.resize(800, 600);
+    form.resize(400, 300);
     form.showMaximized();
-    const QRect screen = form.screen()->geometry();
+    const QRect screen = form.screen()->availableGeometry();
     QTRY_VERIFY_WITH_TIMEOUT(form.frameGeometry().size() == screen.size(), 5000);
     ElasticWidgetForm adapter(&form);
     EXPECT_EQ(adapter.windowState(), ElasticWindowState::Maximized);
@@ -205,24 +235,11 @@ TEST(ElasticWidgetFormShown, FormMaximisedAtInitTakesTheScreenSizeAsDesignSize) 
     class_Elastic elastic;
     elastic.Init(adapter);
 
+    // The desktop decides a maximised window's size; that size becomes the design size.
     EXPECT_TRUE(form.isMaximized());
-    EXPECT_EQ(elastic.designWidth(), screen.width() * 15);
-    EXPECT_EQ(elastic.designHeight(), screen.height() * 15);
-}
-
-TEST(ElasticWidgetFormShown, ShownFormCountsItsFrameInItsOuterSize) {
-    QWidget form;
-    form.resize(800, 600);
-    form.show();
-    QTRY_VERIFY_WITH_TIMEOUT(form.isVisible(), 5000);
-    ElasticWidgetForm adapter(&form);
-    const QRect frame = form.frameGeometry();
-    EXPECT_EQ(adapter.formWidth(), frame.width() * 15);
-    EXPECT_EQ(adapter.formHeight(), frame.height() * 15);
-
-    adapter.setFormWidth(12000);
-    adapter.setFormHeight(9000);
-    EXPECT_EQ(form.frameGeometry().size(), QSize(800, 600));
+    EXPECT_EQ(elastic.designWidth(), form.width() * 15);
+    EXPECT_EQ(elastic.designHeight(), form.height() * 15 + 400);
+    EXPECT_EQ(form.frameGeometry().size(), screen.size());
 }
 
 } // namespace
