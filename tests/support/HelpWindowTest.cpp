@@ -1,0 +1,200 @@
+// cHTMLHelp and the help window: the default page, links, Back/Forward/Home, images, web links
+// to the desktop browser, the "not found" page and the one reused window.
+#include "support/HelpWindow.h"
+#include "support/MessageBox.h"
+#include "support/cHTMLHelp.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace zorvik::test {
+
+// Stands in for the desktop browser: records the web addresses handed to it.
+class UrlRecorder : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> opened;
+public slots:
+    void open(const QUrl& url) { opened.append(url); }
+};
+
+namespace {
+
+void write(const QString& path, const QByteArray& text) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+// Clicks the link whose text is `text` in the browser.
+void clickLink(QTextBrowser* browser, const QString& text) {
+    QTextCursor cursor = browser->document()->find(text);
+    ASSERT_FALSE(cursor.isNull()) << text.toStdString();
+    cursor.setPosition(cursor.selectionStart() + 2);
+    const QPoint spot = browser->cursorRect(cursor).center();
+    QTest::mouseClick(browser->viewport(), Qt::LeftButton, {}, spot);
+}
+
+class HelpTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        QImage red(40, 40, QImage::Format_RGB32);
+        red.fill(Qt::red);
+        ASSERT_TRUE(red.save(dir.filePath("red.png")));
+        write(dir.filePath("index.html"),
+              "<html><head><title>Zorvik manual</title></head><body><h1>Contents</h1>"
+              "<p><a href=\"page2.html\">Second page</a></p>"
+              "<p><a href=\"https://example.org/probe\">Maker site</a></p>"
+              "<p><a href=\"gone.html\">Broken link</a></p>"
+              "<p><img src=\"red.png\"></p></body></html>");
+        write(dir.filePath("page2.html"),
+              "<html><head><title>Cursors</title></head><body><h1>Cursors</h1>"
+              "<p><a href=\"index.html\">Back to contents</a></p></body></html>");
+        caller.resize(400, 300);
+        MessageBoxes::setInterceptor([](const MessageRecord& box) {
+            ADD_FAILURE() << "unexpected message box: " << box.text.toStdString();
+            return QMessageBox::Ok;
+        });
+    }
+    void TearDown() override { MessageBoxes::setInterceptor({}); }
+
+    HelpWindow* open(const QString& file) {
+        help.DisplayHelp(&caller, file);
+        HelpWindow* window = help.helpWindow();
+        if (window) {
+            EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+        }
+        return window;
+    }
+
+    QTemporaryDir dir;
+    QWidget caller;
+    cHTMLHelp help;
+};
+
+TEST_F(HelpTest, DisplayHelpOpensTheFileAtItsDefaultPage) {
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->isModal());
+    EXPECT_EQ(window->parentWidget(), &caller);
+    EXPECT_EQ(window->browser()->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
+    EXPECT_TRUE(window->browser()->toPlainText().startsWith("Contents"));
+    EXPECT_EQ(window->windowTitle(), "Zorvik manual - Help");
+    EXPECT_FALSE(window->backButton()->isEnabled());
+}
+
+TEST_F(HelpTest, LinkInsideTheManualOpensInTheWindowAndBackForwardHomeNavigate) {
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+    QTextBrowser* browser = window->browser();
+
+    clickLink(browser, "Second page");
+    QTRY_COMPARE(browser->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    EXPECT_TRUE(browser->toPlainText().startsWith("Cursors"));
+    EXPECT_EQ(window->windowTitle(), "Cursors - Help");
+    EXPECT_TRUE(window->backButton()->isEnabled());
+
+    window->backButton()->click();
+    EXPECT_EQ(browser->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
+    EXPECT_TRUE(window->forwardButton()->isEnabled());
+    window->forwardButton()->click();
+    EXPECT_EQ(browser->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    window->homeButton()->click();
+    EXPECT_EQ(browser->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
+}
+
+TEST_F(HelpTest, ImagesOfTheManualShow) {
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+    const QImage picture = window->browser()->viewport()->grab().toImage();
+    int red = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            red += QColor(picture.pixel(x, y)) == QColor(Qt::red) ? 1 : 0;
+    EXPECT_GE(red, 40 * 40 * 9 / 10);
+}
+
+TEST_F(HelpTest, WebLinkOpensInTheDesktopBrowserAndThePageStays) {
+    UrlRecorder browserStandIn;
+    QDesktopServices::setUrlHandler("https", &browserStandIn, "open");
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+
+    clickLink(window->browser(), "Maker site");
+    QTRY_COMPARE(browserStandIn.opened.size(), 1);
+    QDesktopServices::unsetUrlHandler("https");
+
+    EXPECT_EQ(browserStandIn.opened.front(), QUrl("https://example.org/probe"));
+    EXPECT_EQ(window->browser()->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
+}
+
+TEST_F(HelpTest, MissingHelpFileShowsTheNotFoundPageInTheWindow) {
+    const QString missing = dir.filePath("Help/index.html");
+    HelpWindow* window = open(missing);
+    ASSERT_NE(window, nullptr);
+
+    EXPECT_TRUE(window->isVisible());
+    const QString text = window->browser()->toPlainText();
+    EXPECT_TRUE(text.startsWith("Help not found")) << text.toStdString();
+    EXPECT_TRUE(text.contains(QFileInfo(missing).absoluteFilePath()));
+    EXPECT_EQ(window->windowTitle(), "Help not found - Help");
+}
+
+TEST_F(HelpTest, BrokenLinkShowsTheNotFoundPageAndBackStillWorks) {
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+    clickLink(window->browser(), "Broken link");
+    QTRY_VERIFY(window->browser()->toPlainText().startsWith("Help not found"));
+    window->backButton()->click();
+    EXPECT_TRUE(window->browser()->toPlainText().startsWith("Contents"));
+}
+
+TEST_F(HelpTest, RepeatedCallsReuseOneWindowAndBringItBack) {
+    HelpWindow* first = open(dir.filePath("index.html"));
+    clickLink(first->browser(), "Second page");
+    QTRY_COMPARE(first->browser()->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    first->close();
+    ASSERT_FALSE(first->isVisible());
+
+    HelpWindow* second = open(dir.filePath("index.html"));
+    EXPECT_EQ(second, first);
+    EXPECT_TRUE(second->isVisible());
+    EXPECT_EQ(second->browser()->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
+    EXPECT_EQ(caller.findChildren<HelpWindow*>().size(), 1);
+
+    cHTMLHelp another; // a new launcher finds the caller's window too
+    another.DisplayHelp(&caller, dir.filePath("index.html"));
+    EXPECT_EQ(another.helpWindow(), first);
+}
+
+TEST(HelpWithoutCaller, UsesAWindowOwnedByTheLauncher) {
+    QTemporaryDir dir;
+    write(dir.filePath("index.html"), "<html><body><h1>Contents</h1></body></html>");
+    QPointer<HelpWindow> window;
+    {
+        cHTMLHelp help;
+        help.DisplayHelp(nullptr, dir.filePath("index.html"));
+        window = help.helpWindow();
+        ASSERT_FALSE(window.isNull());
+        EXPECT_EQ(window->parentWidget(), nullptr);
+        help.DisplayHelp(nullptr, dir.filePath("index.html"));
+        EXPECT_EQ(help.helpWindow(), window.data());
+    }
+    EXPECT_TRUE(window.isNull());
+}
+
+} // namespace
+} // namespace zorvik::test
+
+#include "HelpWindowTest.moc"
