@@ -1,10 +1,10 @@
 // A small up-down spinner that writes its value into a buddy label.
 #pragma once
 
+#include <QLabel>
 #include <QPointer>
 #include <QWidget>
 
-class QLabel;
 class QToolButton;
 
 namespace zorvik {
