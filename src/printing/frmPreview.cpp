@@ -63,8 +63,9 @@ void frmPreview::buildControls() {
     QAction* setup = tb->addAction(QStringLiteral("Page Setup"));
     setup->setObjectName(QStringLiteral("PSetup"));
     setup->setToolTip(QStringLiteral("Printer, margins, scale, header and footer"));
-    connect(tb, &QToolBar::actionTriggered, this,
-            [this](QAction* action) { tb_ButtonClick(action->objectName()); });
+    for (QAction* action : {print, setup})
+        connect(action, &QAction::triggered, this,
+                [this, action] { tb_ButtonClick(action->objectName()); });
 
     fraZoom = new QFrame(tb);
     fraZoom->setObjectName(QStringLiteral("fraZoom"));
