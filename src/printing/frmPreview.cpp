@@ -28,6 +28,7 @@ constexpr int kZoomRows[] = {25, 50, 75, 100};
 constexpr int kRow100 = 3;
 // Grey border around the sheet inside the picture box, in pixels.
 constexpr int kSheetPad = 12;
+const QColor kBackdrop(128, 128, 128);
 // A scroll bar's range is kept within 16 bits; larger boxes scroll in power-of-two steps.
 constexpr int kScrollLimit = 32767;
 constexpr qsizetype kDefaultMaxPageImageBytes = qsizetype(256) * 1024 * 1024;
@@ -89,6 +90,15 @@ void frmPreview::buildControls() {
     vsc->hide();
     connect(hsc, &QScrollBar::valueChanged, this, &frmPreview::hsc_Change);
     connect(vsc, &QScrollBar::valueChanged, this, &frmPreview::vsc_Change);
+
+    // The window around a page smaller than the viewport is the same grey as the page's border.
+    QPalette backdrop = palette();
+    backdrop.setColor(QPalette::Window, kBackdrop);
+    setPalette(backdrop);
+    setAutoFillBackground(true);
+    for (QWidget* control : std::initializer_list<QWidget*>{tb, hsc, vsc})
+        control->setPalette(QApplication::palette(control));
+    tb->setAutoFillBackground(true);
 
     // Fixed allowances of the layout: the toolbar and the scroll bars' thickness.
     m_tbHeight = tb->sizeHint().height();
@@ -306,7 +316,7 @@ bool frmPreview::DrawPage() {
         return false;
     }
     canvas.setDevicePixelRatio(ratio);
-    canvas.fill(QColor(128, 128, 128));
+    canvas.fill(kBackdrop);
     QPainter painter(&canvas);
     const QRect sheet(QPoint((box.width() - page.width()) / 2,
                              std::max(kSheetPad, (box.height() - page.height()) / 2)),
