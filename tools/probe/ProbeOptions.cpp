@@ -35,8 +35,8 @@ constexpr OptionInfo kOptions[] = {
     {"--drop", "P", "lose each byte with probability P, 0..1 (default: 0)"},
     {"--stall-after", "K", "after K frames, stop in the middle of the next (default: none)"},
     {"--stall-ms", "D", "length of that stall in milliseconds (default: 500)"},
-    {"--garbage", "N", "inject N random bytes between frames (default: 0)"},
-    {"--garbage-every", "K", "... after every K frames (default: 1)"},
+    {"--garbage", "N", "inject N random bytes after every K frames (default: 0)"},
+    {"--garbage-every", "K", "the K of --garbage (default: 1)"},
     {"--garbage-only", "", "send random bytes only (default: off)"},
     {"--disconnect-after", "N", "remove the device after N frames (default: never)"},
     {"--replay", "FILE", "send the bytes of FILE instead of frames (default: none)"},
@@ -126,7 +126,9 @@ std::string apply(ProbeCommand& c, std::string_view name, std::string_view v) {
             return "--timebase: " + quoted + " is not a time-base code 0..10";
         s.timebase = *value;
     } else if (name == "--trigger") {
-        const auto value = triggerByteFromName(v) ? triggerByteFromName(v) : toByte(v);
+        auto value = triggerByteFromName(v);
+        if (!value)
+            value = toByte(v);
         if (!value)
             return "--trigger: " + quoted + " is neither fr, in+, in-, ex+, ex- nor a byte";
         s.trigger = *value;

@@ -3,12 +3,16 @@
 #include "probe/ProbeOptions.h"
 #include "probe/PtyProbe.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <string>
 #include <system_error>
+#include <vector>
 
 namespace {
 
