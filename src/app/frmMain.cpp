@@ -1,7 +1,12 @@
 // The main window's start-up, resizing and shutdown.
 #include "app/frmMain.h"
 
+#include "printing/PrintingServices.h"
+#include "support/ElasticWidgetForm.h"
 #include "support/Twips.h"
+#include "support/cHTMLHelp.h"
+#include "support/class_Elastic.h"
+#include "support/frmSplash.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
@@ -11,6 +16,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QScreen>
 #include <QStatusBar>
 
@@ -32,6 +38,7 @@ frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
     connect(link_, &InstrumentLink::searchFinished, this, &frmMain::onSearchFinished);
     connect(link_, &InstrumentLink::received, this, &frmMain::onReceived);
     connect(link_, &InstrumentLink::failed, this, &frmMain::CWSerial1_Error);
+    printing_ = std::make_unique<PrintingServices>();
     buildPanel();
     connectPanel();
 }
@@ -39,7 +46,10 @@ frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
 frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
-    // 1. The splash window is shown by the support layer once it is wired in here.
+    // 1. The splash, shown for at least its minimum time.
+    splash_ = new frmSplash(programVersionRecord(), this);
+    splash_->setPortSource([this] { return serialPortRows(); });
+    splash_->SplashOn(this, services_.splashMinDisplayMs);
 
     // 2. Size and centre the window.
     const QSize design(twipsToPixels(kDesignWidthTwips), twipsToPixels(kDesignHeightTwips));
@@ -72,15 +82,24 @@ void frmMain::Form_Load() {
     // 8. The design colours become the defaults of the options dialog.
     recordDefaultColors();
 
-    // 9. The elastic layout takes the window with the layout suspended (wired in with the
-    //    support layer). 10. The saved settings are read here once the settings file is wired.
+    // 9. The elastic layout records the design geometry; the resize handler stays out of it
+    //    meanwhile.
     layoutSuspended_ = true;
+    elastic_ = std::make_unique<class_Elastic>();
+    elasticForm_ = std::make_unique<ElasticWidgetForm>(this);
+    elastic_->Init(*elasticForm_);
     layoutSuspended_ = false;
 
-    // 11. STORE stays disabled until the link is up.
+    // 10. The saved settings are read here once the settings file is wired.
+
+    // 11. The print control needs no option set here: it always prints the picture it is
+    //     given. STORE stays disabled until the link is up.
     CWBStoreRef->setEnabled(false);
 
-    // 12. The splash closes; 13. one layout pass for the present size.
+    // 12. The splash closes after its minimum time; 13. one layout pass for the present size
+    //     (the elastic layout swallows this first call by design).
+    if (splash_)
+        splash_->SplashOff();
     Form_Resize();
 }
 
@@ -111,9 +130,9 @@ void frmMain::Form_Resize() {
     } else {
         resize(twipsToPixels(kDesignWidthTwips) - frameExtra.width(), height());
     }
-    if (layoutSuspended_)
+    if (layoutSuspended_ || !elastic_)
         return;
-    // The elastic layout runs here once it is wired in.
+    elastic_->FormResize(*elasticForm_);
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
@@ -133,6 +152,32 @@ void frmMain::Form_Unload() {
         if (w != this && w->objectName() != "frmMain" && w->isVisible())
             w->close();
     }
+    // 4. The objects the window owns are released.
+    elasticForm_.reset();
+    elastic_.reset();
+    help_.reset();
+}
+
+void frmMain::About(QWidget* owner) {
+    if (!splash_) {
+        splash_ = new frmSplash(programVersionRecord(), this);
+        splash_->setPortSource([this] { return serialPortRows(); });
+    }
+    splash_->About(owner ? owner : this);
+}
+
+QString frmMain::helpFile() const {
+    return QDir(services_.programFolder).filePath("Help/index.html");
+}
+
+QList<SerialPortRow> frmMain::serialPortRows() const {
+    QList<SerialPortRow> rows;
+    for (int n = kFirstComPort; n <= kLastComPort; ++n) {
+        const QString device = QString::fromStdString(services_.ports->devicePath(n));
+        rows.append({QString::fromStdString(PortMap::portName(n)), device,
+                     ComPortExists(static_cast<std::int16_t>(n))});
+    }
+    return rows;
 }
 
 void frmMain::setStatus(QLabel* panel, const QString& text) {

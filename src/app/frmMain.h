@@ -4,6 +4,7 @@
 #include "display/FormatDispData.h"
 #include "display/TraceArrays.h"
 #include "instrument/InstrumentLink.h"
+#include "support/SystemInfoDialog.h"
 
 #include <QColor>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 class QGroupBox;
 
@@ -23,6 +25,11 @@ class Led;
 class LitButton;
 class ScopeGraph;
 class Slide;
+class ElasticWidgetForm;
+class PrintingServices;
+class cHTMLHelp;
+class class_Elastic;
+class frmSplash;
 
 /// What the composition root hands the main window.
 struct MainWindowServices {
@@ -31,6 +38,8 @@ struct MainWindowServices {
     /// Tells whether a device exists, without opening it.
     std::function<bool(const QString&)> deviceExists;
     QString programFolder; ///< folder of the running program
+    /// Minimum time the splash stays on screen at start-up, in milliseconds.
+    int splashMinDisplayMs = 3000;
 };
 
 /// Default (design-time) colours of the graph, recorded at start-up.
@@ -116,11 +125,18 @@ public:
     void CWBPrint_ValueChanged(bool Value);
     void CWGraph1_CursorChange(const QString& name);
 
-    /// Entry points of the windows that FILE, MENU, PRINT and HELP open.
+    /// Entry points of the windows that FILE and MENU open.
     std::function<void(frmMain&)> openFileForm;
     std::function<void(frmMain&)> openOptionsForm;
-    std::function<void(frmMain&)> openPrintPreview;
-    std::function<void(frmMain&)> openHelp;
+
+    /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
+    PrintingServices& printing() { return *printing_; }
+    /// The splash form, which also serves as the About box.
+    frmSplash* splash() const { return splash_; }
+    /// Shows the About box, owned by `owner`.
+    void About(QWidget* owner);
+    /// Path of the manual's first page: the program's folder, "Help", "index.html".
+    QString helpFile() const;
 
     // Controls.
     ScopeGraph* CWGraph1 = nullptr;
@@ -172,9 +188,15 @@ private:
     void onSearchFinished(bool answered, int port);
     void onReceived(const ReceiveStep& step);
     void CWSerial1_Error();
+    QList<SerialPortRow> serialPortRows() const;
 
     MainWindowServices services_;
     InstrumentLink* link_ = nullptr;
+    QPointer<frmSplash> splash_;
+    std::unique_ptr<class_Elastic> elastic_;
+    std::unique_ptr<ElasticWidgetForm> elasticForm_;
+    std::unique_ptr<cHTMLHelp> help_;
+    std::unique_ptr<PrintingServices> printing_;
     bool layoutSuspended_ = false;
     bool unloaded_ = false;
     bool inErrorPath_ = false;

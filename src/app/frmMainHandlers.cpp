@@ -2,6 +2,8 @@
 #include "app/frmMain.h"
 
 #include "instrument/ReceiveMachine.h"
+#include "printing/PrintingServices.h"
+#include "support/cHTMLHelp.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
@@ -159,8 +161,9 @@ void frmMain::CWBMenu_ValueChanged(bool Value) {
 void frmMain::CWBHelp_ValueChanged(bool Value) {
     if (Value)
         return;
-    if (openHelp)
-        openHelp(*this);
+    if (!help_)
+        help_ = std::make_unique<cHTMLHelp>();
+    help_->DisplayHelp(this, helpFile());
 }
 
 void frmMain::CWBPrint_ValueChanged(bool Value) {
@@ -168,8 +171,7 @@ void frmMain::CWBPrint_ValueChanged(bool Value) {
         return;
     if (formOpen("frmPreview"))
         return;
-    if (openPrintPreview)
-        openPrintPreview(*this);
+    printing_->printButtonReleased(this);
 }
 
 } // namespace zorvik

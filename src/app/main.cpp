@@ -7,6 +7,12 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <memory>
+#include <system_error>
+
+#ifdef ZORVIK_HAVE_VIRTUAL_PROBE
+#include "probe/PtyProbe.h"
+#endif
 
 using namespace zorvik;
 
@@ -26,6 +32,24 @@ int main(int argc, char** argv) {
 
     PortMap ports;
     QtSerialLink serial;
+
+#ifdef ZORVIK_HAVE_VIRTUAL_PROBE
+    // A demo run serves a virtual probe on a pseudo-terminal and maps COM1 to it for this run
+    // only; nothing of it reaches the settings file.
+    std::unique_ptr<PtyProbe> probe;
+    if (parser.isSet(demo)) {
+        try {
+            probe = std::make_unique<PtyProbe>(ProbeStream(ProbeSettings{}));
+            probe->start();
+            ports.setDevice(1, probe->devicePath());
+        } catch (const std::system_error& e) {
+            qWarning("zorvik: the virtual probe could not start: %s", e.what());
+        }
+    }
+#else
+    if (parser.isSet(demo))
+        qWarning("zorvik: this build has no virtual probe");
+#endif
 
     MainWindowServices services;
     services.serial = &serial;

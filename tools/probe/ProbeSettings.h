@@ -27,7 +27,7 @@ enum class TriggerMode {
 /// the sine rises through its centre, the square jumps to +amplitude (and back at half a
 /// period), the triangle rises through its centre. Noise is uniform in +-amplitude. A DC
 /// signal sits at `offset` and ignores `amplitude`, as the DC function of a signal generator.
-struct SignalSpec {
+struct SignalSettings {
     Shape shape = Shape::Sine;
     double frequency = 1000.0; ///< Hz
     double amplitude = 1.0;    ///< V, peak
@@ -36,7 +36,7 @@ struct SignalSpec {
 
 /// The probe's complete set-up. The defaults are what `zorvik --demo` shows.
 struct ProbeSettings {
-    SignalSpec signal;
+    SignalSettings signal;
     std::uint8_t range = 0x04; ///< 0x00 (1 V), 0x04 (10 V) or 0x08 (100 V)
     Coupling coupling = Coupling::Dc;
     std::uint8_t timebase = 6;   ///< time-base code 0..10

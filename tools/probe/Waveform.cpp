@@ -7,7 +7,7 @@
 
 namespace zorvik {
 
-Waveform::Waveform(const SignalSpec& signal, Coupling coupling)
+Waveform::Waveform(const SignalSettings& signal, Coupling coupling)
     : m_shape(signal.shape), m_frequency(signal.frequency),
       m_amplitude(std::max(0.0, signal.amplitude)), m_centre(signal.offset) {
     const bool periodicShape =

@@ -8,7 +8,7 @@ namespace zorvik {
 
 class Waveform {
 public:
-    Waveform(const SignalSpec& signal, Coupling coupling);
+    Waveform(const SignalSettings& signal, Coupling coupling);
 
     Shape shape() const { return m_shape; }
     /// A sine, square or triangle of some frequency and amplitude; everything else is either
