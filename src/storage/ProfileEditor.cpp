@@ -46,8 +46,7 @@ std::string ProfileEditor::setKey(std::string_view text, std::string_view sectio
         return out;
     }
 
-    const ProfileLine* lastEntry = nullptr;
-    ProfileLine last;
+    std::optional<ProfileLine> lastEntry;
     LineReader reader(text.substr(0, range->bodyEnd), range->header.next);
     ProfileLine line;
     while (reader.next(line)) {
@@ -64,18 +63,15 @@ std::string ProfileEditor::setKey(std::string_view text, std::string_view sectio
             out.append(text.substr(0, start)).append(value).append(text.substr(line.end));
             return out;
         }
-        last = line;
-        lastEntry = &last;
+        lastEntry = line;
     }
 
     const ProfileLine& after = lastEntry ? *lastEntry : range->header;
-    if (after.hasLineBreak()) {
-        out.append(text.substr(0, after.next));
-        out.append(entryLine(key, value)).append(eol);
-    } else {
-        out.append(text.substr(0, after.end)).append(eol);
-        out.append(entryLine(key, value)).append(eol);
-    }
+    // After a last line without a line break, the new line needs one in front of it.
+    out.append(text.substr(0, after.next));
+    if (!after.hasLineBreak())
+        out.append(eol);
+    out.append(entryLine(key, value)).append(eol);
     out.append(text.substr(after.next));
     return out;
 }
