@@ -1,0 +1,173 @@
+// Read and write operations of the profile-file engine.
+#include "storage/ProfileFile.h"
+
+#include "storage/AtomicFile.h"
+#include "storage/ProfileEditor.h"
+#include "storage/ProfileLines.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+
+namespace zorvik {
+
+using namespace profile;
+
+namespace {
+
+// One text into the buffer: as much as fits before a closing NUL.
+std::uint32_t copyText(std::string_view text, std::span<char> buffer) {
+    if (buffer.empty())
+        return 0;
+    const std::size_t n = std::min(text.size(), buffer.size() - 1);
+    std::copy_n(text.data(), n, buffer.data());
+    buffer[n] = '\0';
+    return static_cast<std::uint32_t>(n);
+}
+
+// A NUL-separated list (each name followed by its NUL) plus the final NUL. A list that exactly
+// fills the buffer counts as not fitting, as on Windows, so a caller that sees size - 2 always
+// knows to try again with a larger buffer.
+std::uint32_t copyList(std::string_view list, std::span<char> buffer) {
+    if (buffer.size() < 2) {
+        if (!buffer.empty())
+            buffer[0] = '\0';
+        return 0;
+    }
+    if (list.size() + 2 <= buffer.size()) {
+        std::copy_n(list.data(), list.size(), buffer.data());
+        buffer[list.size()] = '\0';
+        if (list.empty())
+            buffer[1] = '\0';
+        return static_cast<std::uint32_t>(list.size());
+    }
+    const std::size_t n = buffer.size() - 2;
+    std::copy_n(list.data(), n, buffer.data());
+    buffer[n] = '\0';
+    buffer[n + 1] = '\0';
+    return static_cast<std::uint32_t>(n);
+}
+
+std::uint32_t copyDefault(const OptionalText& defaultText, std::span<char> buffer) {
+    if (!defaultText)
+        return copyText({}, buffer);
+    return copyText(trimTrailingSpaces(cString(*defaultText)), buffer);
+}
+
+std::string sectionNames(std::string_view text) {
+    std::string list;
+    LineReader reader(text);
+    ProfileLine line;
+    while (reader.next(line)) {
+        if (line.kind == LineKind::Header)
+            list.append(line.name).push_back('\0');
+    }
+    return list;
+}
+
+std::string keyNames(std::string_view text, const SectionRange& range) {
+    std::string list;
+    LineReader reader(text.substr(0, range.bodyEnd), range.header.next);
+    ProfileLine line;
+    while (reader.next(line)) {
+        if (line.kind == LineKind::Entry)
+            list.append(line.name).push_back('\0');
+    }
+    return list;
+}
+
+std::optional<std::string_view> findValue(std::string_view text, const SectionRange& range,
+                                          std::string_view key) {
+    LineReader reader(text.substr(0, range.bodyEnd), range.header.next);
+    ProfileLine line;
+    while (reader.next(line)) {
+        if (line.kind == LineKind::Entry && equalsIgnoreCase(line.name, key))
+            return unquote(line.value).substr(0, ProfileFile::kMaxValueLength);
+    }
+    return std::nullopt;
+}
+
+std::filesystem::path toPath(const std::string& path) {
+    return std::filesystem::path(std::string(cString(path)));
+}
+
+} // namespace
+
+std::uint32_t ProfileFile::getPrivateProfileString(const OptionalText& section,
+                                                   const OptionalText& key,
+                                                   const OptionalText& defaultText,
+                                                   std::span<char> buffer,
+                                                   const std::string& path) {
+    const AtomicFile::Contents file = AtomicFile::read(toPath(path));
+    const bool haveFile = file.status == AtomicFile::Status::Read;
+
+    if (!section) {
+        if (!haveFile) {
+            if (!buffer.empty())
+                buffer[0] = '\0';
+            return 0;
+        }
+        return copyList(sectionNames(file.bytes), buffer);
+    }
+
+    const std::optional<SectionRange> range =
+        haveFile ? findSection(file.bytes, trimSpaces(cString(*section))) : std::nullopt;
+    if (!range)
+        return copyDefault(defaultText, buffer);
+    if (!key)
+        return copyList(keyNames(file.bytes, *range), buffer);
+    const std::optional<std::string_view> value =
+        findValue(file.bytes, *range, trimSpaces(cString(*key)));
+    if (!value)
+        return copyDefault(defaultText, buffer);
+    return copyText(*value, buffer);
+}
+
+ProfileFile::ReadResult ProfileFile::getPrivateProfileString(const OptionalText& section,
+                                                             const OptionalText& key,
+                                                             const OptionalText& defaultText,
+                                                             std::uint32_t size,
+                                                             const std::string& path) {
+    ReadResult result;
+    result.buffer.assign(size, ' ');
+    result.count =
+        getPrivateProfileString(section, key, defaultText, std::span<char>(result.buffer), path);
+    return result;
+}
+
+std::int32_t ProfileFile::writePrivateProfileString(const OptionalText& section,
+                                                    const OptionalText& key,
+                                                    const OptionalText& value,
+                                                    const std::string& path) {
+    const std::filesystem::path file = toPath(path);
+    if (!section || file.empty())
+        return 0;
+    const std::string_view sectionName = trimSpaces(cString(*section));
+    const AtomicFile::Contents contents = AtomicFile::read(file);
+    if (contents.status == AtomicFile::Status::NotAFile)
+        return 0;
+    const bool missing = contents.status == AtomicFile::Status::Missing;
+
+    std::optional<std::string> updated;
+    if (!key) {
+        updated = missing ? std::optional<std::string>(std::string())
+                          : ProfileEditor::deleteSection(contents.bytes, sectionName);
+    } else if (!value) {
+        updated = missing ? std::optional<std::string>(std::string())
+                          : ProfileEditor::deleteKey(contents.bytes, sectionName,
+                                                     trimSpaces(cString(*key)));
+    } else {
+        const std::string_view keyName = trimSpaces(cString(*key));
+        const std::string_view text = cString(*value);
+        updated = missing ? ProfileEditor::newFile(sectionName, keyName, text)
+                          : ProfileEditor::setKey(contents.bytes, sectionName, keyName, text);
+    }
+    // Deleting what is not there leaves the file alone (its time stamp too). A value is
+    // always written, even an unchanged one, so that a read-only file reports failure.
+    if (!updated)
+        return 1;
+    return AtomicFile::replace(file, *updated) ? 1 : 0;
+}
+
+} // namespace zorvik
