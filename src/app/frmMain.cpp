@@ -90,7 +90,8 @@ void frmMain::Form_Load() {
     elastic_->Init(*elasticForm_);
     layoutSuspended_ = false;
 
-    // 10. The saved settings are read here once the settings file is wired.
+    // 10. The saved settings: knobs, offset, colours and buttons, each through its handler.
+    readSettings();
 
     // 11. The print control needs no option set here: it always prints the picture it is
     //     given. STORE stays disabled until the link is up.
@@ -146,7 +147,8 @@ void frmMain::Form_Unload() {
     unloaded_ = true;
     // 1. The port is closed before anything is written.
     link_->close();
-    // 2. The settings are saved here once the settings file is wired.
+    // 2. The settings are saved.
+    writeSettings();
     // 3. Every other open window closes.
     for (QWidget* w : QApplication::topLevelWidgets()) {
         if (w != this && w->objectName() != "frmMain" && w->isVisible())

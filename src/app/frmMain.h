@@ -5,6 +5,7 @@
 #include "display/TraceArrays.h"
 #include "instrument/InstrumentLink.h"
 #include "support/SystemInfoDialog.h"
+#include "support/frmSplash.h"
 
 #include <QColor>
 #include <QLabel>
@@ -29,7 +30,6 @@ class ElasticWidgetForm;
 class PrintingServices;
 class cHTMLHelp;
 class class_Elastic;
-class frmSplash;
 
 /// What the composition root hands the main window.
 struct MainWindowServices {
@@ -38,6 +38,8 @@ struct MainWindowServices {
     /// Tells whether a device exists, without opening it.
     std::function<bool(const QString&)> deviceExists;
     QString programFolder; ///< folder of the running program
+    /// The settings file (empty: settings are neither read nor written).
+    QString settingsPath;
     /// Minimum time the splash stays on screen at start-up, in milliseconds.
     int splashMinDisplayMs = 3000;
 };
@@ -183,6 +185,8 @@ private:
     void recordDefaultColors();
     void Form_Resize();
     void Form_Unload();
+    void readSettings();
+    void writeSettings();
     void powerOn();
     void powerOff();
     void onSearchFinished(bool answered, int port);

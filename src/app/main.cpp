@@ -3,10 +3,12 @@
 #include "app/frmMain.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
+#include "storage/SettingsFile.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <memory>
 #include <system_error>
 
@@ -30,7 +32,19 @@ int main(int argc, char** argv) {
     parser.addOption(demo);
     parser.process(app);
 
+    // The settings file lives beside the program, or in the user's configuration folder when
+    // the program's folder cannot be written (an installed program).
+    const QString programFolder = QApplication::applicationDirPath();
+    const QString settingsPath = QString::fromStdString(
+        SettingsFile::location(programFolder.toStdString(),
+                               QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
+                                   .toStdString())
+            .string());
+
+    // COM1..COM8 name the devices of the "PORTS" section, or the system's defaults.
     PortMap ports;
+    for (const auto& [n, device] : SettingsFile::readPorts(settingsPath.toStdString()))
+        ports.setDevice(n, device);
     QtSerialLink serial;
 
 #ifdef ZORVIK_HAVE_VIRTUAL_PROBE
@@ -55,7 +69,8 @@ int main(int argc, char** argv) {
     services.serial = &serial;
     services.ports = &ports;
     services.deviceExists = [](const QString& device) { return QFileInfo::exists(device); };
-    services.programFolder = QApplication::applicationDirPath();
+    services.programFolder = programFolder;
+    services.settingsPath = settingsPath;
 
     frmMain window(services);
     window.Form_Load();

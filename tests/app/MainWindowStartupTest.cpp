@@ -1,0 +1,168 @@
+// Start-up, resizing and shutdown of the main window.
+#include "app/MainWindowFixture.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+
+#include <QDialog>
+#include <QFile>
+#include <QScreen>
+#include <QTest>
+
+using namespace zorvik;
+using zorvik::test::MainWindowFixture;
+
+using MainWindowStartup = MainWindowFixture;
+
+TEST_F(MainWindowStartup, WindowIs12000By9000TwipsCentredOnTheScreen) {
+    frmMain& w = start();
+    EXPECT_EQ(w.size(), QSize(800, 600));
+    const QRect screen = w.screen()->geometry();
+    EXPECT_EQ(w.x(), screen.x() + (screen.width() - 800) / 2);
+    EXPECT_EQ(w.y(), screen.y() + (screen.height() - 600) / 2);
+}
+
+TEST_F(MainWindowStartup, DefaultsOfTheLinkAndTheScales) {
+    frmMain& w = start();
+    EXPECT_EQ(w.lngBaudRate, 19200);
+    EXPECT_EQ(w.ComPort, 1);
+    EXPECT_TRUE(w.blnAutoPort);
+    EXPECT_FALSE(w.blnLiveData);
+    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_EQ(w.CWKTimeRange->value(), 3);
+    EXPECT_EQ(w.lngDivPerSec, 1000000);
+    EXPECT_EQ(w.intTimeUnit, 1);
+    EXPECT_EQ(w.CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.sngChaGain, 0.05f);
+    EXPECT_FALSE(w.CWBStoreRef->isEnabled());
+    EXPECT_FALSE(w.CWBPwr->value());
+}
+
+TEST_F(MainWindowStartup, VScaleKnobGetsItsSevenLabels) {
+    frmMain& w = start();
+    EXPECT_EQ(w.CWKChaLvl->positionLabels(),
+              QStringList({"20 ", "10 ", "5 ", "2 ", "1 ", ".5 ", ".2 "}));
+}
+
+TEST_F(MainWindowStartup, HScaleKnobHasSixteenLabelledPositions) {
+    frmMain& w = start();
+    EXPECT_EQ(w.CWKTimeRange->positionLabels(),
+              QStringList({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u", "100u", "200u",
+                           "500u", "1m", "2m", "5m", "10m", "20m"}));
+}
+
+TEST_F(MainWindowStartup, StatusBarPanelsHoldTheBareLabels) {
+    frmMain& w = start();
+    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
+    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
+    EXPECT_EQ(w.sbrBaudRate->objectName(), "sbrBaudRate");
+    EXPECT_EQ(w.sbrComPort->objectName(), "sbrComPort");
+    EXPECT_EQ(w.sbrSampleRate->objectName(), "sbrSampleRate");
+}
+
+TEST_F(MainWindowStartup, IndicatorPointersAreHidden) {
+    frmMain& w = start();
+    EXPECT_FALSE(w.CWSTrigger->pointerVisible());
+    EXPECT_FALSE(w.CWSCoupling->pointerVisible());
+    EXPECT_FALSE(w.CWSRange->pointerVisible());
+    EXPECT_FALSE(w.CWSTrigInd->pointerVisible("TrigLvl"));
+}
+
+TEST_F(MainWindowStartup, DesignColoursAreRecordedAsDefaults) {
+    frmMain& w = start();
+    EXPECT_EQ(w.defaultColors.display, w.CWGraph1->plotAreaColor());
+    EXPECT_EQ(w.defaultColors.primaryTrace, w.CWGraph1->plotColor("CHa"));
+    EXPECT_EQ(w.defaultColors.referenceTrace, w.CWGraph1->plotColor("Ref"));
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(w.defaultColors.cursors[static_cast<std::size_t>(i)],
+                  w.CWGraph1->cursorColor(QString("Cursor%1").arg(i + 1)));
+}
+
+TEST_F(MainWindowStartup, InstrumentIsNotContactedAtStartUp) {
+    start({1, 2, 3});
+    EXPECT_TRUE(fake.calls.isEmpty());
+}
+
+TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
+    frmMain& w = start();
+    const std::pair<const char*, const char*> buttons[] = {
+        {"CWBFile", "FILE"},         {"CWBHelp", "HELP"},       {"CWBMenu", "MENU"},
+        {"CWBPrint", "PRINT"},       {"CWBVCursors", "V-CURS"}, {"CWBHCursors", "H-CURS"},
+        {"CWBRef", "REF"},           {"CWBStoreRef", "STORE"},  {"CWBPwr", "POWER"},
+        {"CWBChaInv", "INVERT"},     {"CWBCHaCal", "CALX"},
+    };
+    for (const auto& [name, caption] : buttons) {
+        auto* b = w.findChild<LitButton*>(name);
+        ASSERT_NE(b, nullptr) << name;
+        EXPECT_EQ(b->text(), caption) << name;
+        EXPECT_EQ(b->accessibleName(), caption) << name;
+    }
+    EXPECT_EQ(w.CWKTimeRange->heading(), "H-SCALE sec./ div.");
+    EXPECT_EQ(w.CWKChaLvl->heading(), "V-SCALE volts / div.");
+    EXPECT_EQ(w.CWKChaLvl->needleName(), "ChaLvlSel");
+    for (const char* name : {"CWGraph1", "CWSTrigInd", "CWSPan", "CWBPwrLed", "CWSRange",
+                             "CWSCoupling", "CWSTrigger", "CWKTimeRange", "CWKChaLvl",
+                             "CWSCHaOffset", "CWBChaInvLed", "CWBChaCalLed", "lblCVoltage",
+                             "lblCTime", "lblCFrequency", "fraStore", "fraRange", "fraCoupling",
+                             "fraTrig", "fraStatus", "fraCHA", "StatusBar1"})
+        EXPECT_NE(w.findChild<QWidget*>(name), nullptr) << name;
+    EXPECT_EQ(w.CWSRange->positionLabels(), QStringList({"100", "10", "1"}));
+    EXPECT_EQ(w.CWSCoupling->positionLabels(), QStringList({"GND", "AC", "DC"}));
+    EXPECT_EQ(w.CWSTrigger->positionLabels(), QStringList({"FR", "IN+", "IN-", "EX+", "EX-"}));
+    EXPECT_EQ(w.lblCVoltage->text(), "Volts");
+    EXPECT_EQ(w.lblCTime->text(), "Time");
+    EXPECT_EQ(w.lblCFrequency->text(), "Freq.");
+}
+
+TEST_F(MainWindowStartup, NarrowerThan12000TwipsSnapsWidthBackWithoutTouchingHeight) {
+    frmMain& w = start();
+    w.resize(1000, 700);
+    QTRY_COMPARE(w.size(), QSize(1000, 700));
+    w.resize(600, 700);
+    QTRY_COMPARE(w.width(), 800);
+    EXPECT_EQ(w.height(), 700);
+}
+
+TEST_F(MainWindowStartup, TooNarrowAndTooLowReachesMinimumInTwoPasses) {
+    frmMain& w = start();
+    w.resize(500, 400);
+    QTRY_COMPARE(w.size(), QSize(800, 600));
+}
+
+TEST_F(MainWindowStartup, MinimisedWindowIsNotCorrected) {
+    frmMain& w = start();
+    w.showMinimized();
+    QTest::qWait(20);
+    w.resize(300, 200);
+    QTest::qWait(50);
+    if (w.isMinimized())
+        EXPECT_EQ(w.size(), QSize(300, 200));
+}
+
+TEST_F(MainWindowStartup, ShutdownWritesTheSettingsFile) {
+    start();
+    ASSERT_FALSE(QFile::exists(settingsPath()));
+    window->close();
+    ASSERT_TRUE(QFile::exists(settingsPath()));
+    QFile f(settingsPath());
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray text = f.readAll();
+    EXPECT_TRUE(text.startsWith("[SETTINGS]\r\nHscaleindex=3\r\nVscaleindex=1\r\nChaoffset=0\r\n"))
+        << text.toStdString();
+}
+
+TEST_F(MainWindowStartup, ClosingAlsoClosesOtherOpenWindows) {
+    start();
+    QDialog other;
+    other.setObjectName("frmOptions");
+    other.show();
+    QDialog preview;
+    preview.setObjectName("frmPreview");
+    preview.show();
+    window->close();
+    EXPECT_FALSE(other.isVisible());
+    EXPECT_FALSE(preview.isVisible());
+}
