@@ -53,7 +53,9 @@ bool ScopeGraph::addPlot(const QString& name, const QColor& color) {
         return false;
     QCPGraph* g = addGraph(xAxis, yAxis);
     g->setName(name);
-    g->setPen(QPen(color, 1.5));
+    // A one-pixel pen: wider antialiased strokes become very slow once a trace runs far
+    // beyond the plot area (a large signal at a sensitive V-SCALE setting), which it often does.
+    g->setPen(QPen(color, 1.0));
     g->setLineStyle(QCPGraph::lsLine);
     m_plots.insert(name, g);
     m_plotOrder.append(name);

@@ -176,3 +176,18 @@ TEST(ScopeGraphCursors, CursorsAreDrawnInTheirColoursOnlyWhileVisible) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !g.graph->redrawPending(); }, 2000));
     EXPECT_GT(test::countPixels(g.graph->grab().toImage(), band, isCursor), 100);
 }
+
+TEST(ScopeGraphCursors, KeyboardMovesStopAtTheEdgeOfTheVisibleRange) {
+    GraphOnPanel g;
+    g.graph->setCursorX("Cursor1", 9.9);
+    g.graph->setCursorVisible("Cursor1", true);
+    ASSERT_TRUE(test::showAndWait(g.panel.get()));
+    g.graph->setFocus();
+    QSignalSpy spy(g.graph, &ScopeGraph::cursorChanged);
+    QTest::keyClick(g.graph, Qt::Key_1);
+    QTest::keyClick(g.graph, Qt::Key_Right);
+    EXPECT_EQ(g.graph->cursorX("Cursor1"), 10.0);
+    QTest::keyClick(g.graph, Qt::Key_Right); // at the edge: no move, no signal
+    EXPECT_EQ(g.graph->cursorX("Cursor1"), 10.0);
+    EXPECT_EQ(spy.count(), 1);
+}

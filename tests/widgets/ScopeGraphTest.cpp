@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+
 #include <array>
 #include <cmath>
+#include <cstdio>
 
 using namespace zorvik;
 
@@ -201,4 +204,49 @@ TEST(ScopeGraph, DrawsTheTraceInItsColourOnTheBlackPlotArea) {
     const auto yellow = [](const QColor& c) { return test::near(c, QColor(255, 255, 0), 60); };
     EXPECT_GT(test::countPixels(shot, QRect(0, row - 1, 400, 3), yellow), 300);
     EXPECT_EQ(shot.pixelColor(40, 30), QColor(0, 0, 0)); // plot area between grid lines
+}
+
+TEST(ScopeGraph, TwoThousandFramesOfBothTracesArePlottedWellWithinASecond) {
+    auto panel = test::makePanel(QSize(500, 400));
+    auto* graph = new ScopeGraph(panel.get());
+    graph->setGeometry(10, 10, 480, 380);
+    ASSERT_TRUE(test::showAndWait(panel.get()));
+    auto ys = ramp();
+    QElapsedTimer clock;
+    clock.start();
+    for (int frame = 0; frame < 2000; ++frame) {
+        ys[0] = static_cast<float>(frame);
+        graph->plotY("CHa", ys.data(), 128, 0.0, 0.08);
+        graph->plotY("Ref", ys.data(), 128, 0.0, 0.08);
+    }
+    const qint64 plotting = clock.elapsed();
+    clock.restart();
+    for (int i = 0; i < 20; ++i)
+        graph->replot();
+    const double perReplot = clock.elapsed() / 20.0;
+    RecordProperty("plotting_2000_frames_ms", static_cast<int>(plotting));
+    RecordProperty("replot_us", static_cast<int>(perReplot * 1000));
+    std::printf("2000 frames of two traces: %lld ms; one replot: %.2f ms\n",
+                static_cast<long long>(plotting), perReplot);
+    EXPECT_LT(plotting, 1000);
+}
+
+TEST(ScopeGraph, ATraceFarBeyondThePlotAreaStillRedrawsQuickly) {
+    auto panel = test::makePanel(QSize(500, 400));
+    auto* graph = new ScopeGraph(panel.get());
+    graph->setGeometry(10, 10, 480, 380);
+    ASSERT_TRUE(test::showAndWait(panel.get()));
+    std::array<float, 128> ys{};
+    for (int i = 0; i < 128; ++i) // 31 counts at .2 V/div on the 10 V range: +-246 divisions
+        ys[i] = static_cast<float>(246.0 * std::sin(i * 0.2));
+    graph->plotY("CHa", ys.data(), 128, 0.0, 0.08);
+    graph->plotY("Ref", ys.data(), 128, 0.0, 0.08);
+    graph->replot();
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 20; ++i)
+        graph->replot();
+    const double perReplot = clock.elapsed() / 20.0;
+    std::printf("one replot with traces far off the plot: %.2f ms\n", perReplot);
+    EXPECT_LT(perReplot, 12.0); // a wide antialiased pen takes about 17 ms here
 }
