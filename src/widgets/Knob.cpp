@@ -156,6 +156,15 @@ Knob::Geometry Knob::geometry() const {
     return g;
 }
 
+QRectF Knob::labelRect(int position) const {
+    const Geometry g = geometry();
+    return (position >= 1 && position <= g.labels.size()) ? g.labels.at(position - 1) : QRectF();
+}
+
+QFont Knob::labelFont() const {
+    return geometry().labelFont;
+}
+
 QPointF Knob::dialCenter() const {
     return geometry().center;
 }

@@ -48,6 +48,11 @@ public:
     /// The dial's centre and radius in widget coordinates (for tests and tools).
     QPointF dialCenter() const;
     qreal dialRadius() const;
+    /// Where the label of `position` is drawn (empty outside 1..N).
+    QRectF labelRect(int position) const;
+    /// The font the labels are drawn in: the widget's font, or up to a third smaller when the
+    /// labels of neighbouring positions would otherwise run into each other.
+    QFont labelFont() const;
     /// The angle (degrees, counter-clockwise from three o'clock) of `position`'s tick.
     qreal positionAngle(int position) const;
 

@@ -191,3 +191,26 @@ TEST(Knob, KeepsHeadingAndNeedleName) {
     EXPECT_EQ(knob.heading(), "V-SCALE volts / div.");
     EXPECT_EQ(knob.needleName(), "ChaLvlSel");
 }
+
+TEST(Knob, LabelsOfNeighbouringPositionsNeverOverlap) {
+    Knob knob;
+    knob.setHeading("H-SCALE sec./ div.");
+    knob.setPositionLabels(kTimeLabels);
+    knob.resize(190, 210);
+    for (int k = 2; k <= 16; ++k)
+        EXPECT_FALSE(knob.labelRect(k - 1).intersects(knob.labelRect(k))) << k;
+    // Sixteen labels on so small a knob need a smaller type, but no less than two thirds.
+    EXPECT_LT(knob.labelFont().pointSizeF(), knob.font().pointSizeF());
+    EXPECT_GE(knob.labelFont().pointSizeF(), knob.font().pointSizeF() * 2.0 / 3.0);
+    for (int k = 1; k <= 16; ++k)
+        EXPECT_TRUE(QRectF(knob.rect()).contains(knob.labelRect(k))) << k;
+}
+
+TEST(Knob, LabelsKeepTheWidgetsFontWhenThereIsRoom) {
+    Knob knob;
+    knob.setPositionLabels({" 20", " 10", " 5", " 2", " 1", " .5", " .2"});
+    knob.resize(200, 200);
+    EXPECT_EQ(knob.labelFont().pointSizeF(), knob.font().pointSizeF());
+    EXPECT_EQ(knob.labelRect(0), QRectF());
+    EXPECT_EQ(knob.labelRect(8), QRectF());
+}
