@@ -237,9 +237,15 @@ void IndicatorSlide::setTrackInsets(int start, int end) {
     update();
 }
 
+ScopeGraph* IndicatorSlide::guide() const {
+    return qobject_cast<ScopeGraph*>(m_guide.data());
+}
+
 void IndicatorSlide::alignTrackWith(ScopeGraph* graph) {
-    if (m_guide)
-        m_guide->removeEventFilter(this);
+    if (ScopeGraph* old = guide()) {
+        old->removeEventFilter(this);
+        disconnect(old, &ScopeGraph::plotAreaChanged, this, nullptr);
+    }
     m_guide = graph;
     if (graph) {
         graph->installEventFilter(this);

@@ -139,6 +139,7 @@ private:
         QRectF lamps;    // the strip that holds the state lamps
     };
 
+    ScopeGraph* guide() const;
     int find(const QString& name) const;
     const StateMark* litMark(const Pointer& pointer) const;
     bool hasLamps() const;
@@ -160,7 +161,9 @@ private:
     QVector<Pointer> m_pointers;
     int m_insetStart = -1; // -1: about half a line
     int m_insetEnd = -1;
-    QPointer<ScopeGraph> m_guide;
+    // Held as a plain widget: the graph's own part is gone before its base class has finished
+    // tearing down, and events still arrive through the filter in between.
+    QPointer<QWidget> m_guide;
 };
 
 } // namespace zorvik

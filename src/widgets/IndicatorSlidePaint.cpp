@@ -117,12 +117,13 @@ IndicatorSlide::Track IndicatorSlide::track() const {
         t.start = last; // the minimum at the bottom
         t.end = first;
     }
-    if (m_mode == Mode::Continuous && vertical && m_guide) {
+    const ScopeGraph* graph = guide();
+    if (m_mode == Mode::Continuous && vertical && graph) {
         // Use the graph's own mapping of its Y range, brought into this widget's coordinates.
-        const QCPRange range = m_guide->yAxis->range();
-        const qreal low = m_guide->yAxis->coordToPixel(range.lower);
-        const qreal high = m_guide->yAxis->coordToPixel(range.upper);
-        const qreal shift = mapFromGlobal(m_guide->mapToGlobal(QPoint(0, 0))).y();
+        const QCPRange range = graph->yAxis->range();
+        const qreal low = graph->yAxis->coordToPixel(range.lower);
+        const qreal high = graph->yAxis->coordToPixel(range.upper);
+        const qreal shift = mapFromGlobal(graph->mapToGlobal(QPoint(0, 0))).y();
         t.start = low + shift;
         t.end = high + shift;
     }
@@ -137,9 +138,9 @@ qreal IndicatorSlide::pixelFor(double value) const {
             return (t.start + t.end) / 2.0;
         return t.start + (value - 1.0) * (t.end - t.start) / (n - 1);
     }
-    if (m_guide && m_orientation == Qt::Vertical) {
+    if (const ScopeGraph* graph = guide(); graph && m_orientation == Qt::Vertical) {
         // Pixels follow the graph's Y range; this scale's own range maps onto it.
-        const QCPRange range = m_guide->yAxis->range();
+        const QCPRange range = graph->yAxis->range();
         if (range.size() == 0)
             return t.start;
         return t.start + (value - range.lower) / range.size() * (t.end - t.start);
