@@ -195,6 +195,7 @@ void frmMain::writeBareStatusLabels() {
 
 void frmMain::hideIndicatorPointers() {
     CWSTrigger->setPointerVisible(false);
+    CWSTrigger->setPointerVisible("Pointer-1", false);
     CWSCoupling->setPointerVisible(false);
     CWSRange->setPointerVisible(false);
     CWSTrigInd->setPointerVisible("TrigLvl", false);

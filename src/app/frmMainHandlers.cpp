@@ -107,6 +107,7 @@ void frmMain::CWBStoreRef_ValueChanged(bool Value) {
             holdAcquisition();
         CWGraph1->setPlotVisible("CHa", false);
         CWSTrigger->setPointerValue("Pointer-1", kPointerTriggered);
+        CWSTrigger->setPointerVisible("Pointer-1", true);
         CWBPrint->setEnabled(true);
         blnRefLoaded = false;
         ChartA();

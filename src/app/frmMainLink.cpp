@@ -99,8 +99,10 @@ void frmMain::powerOff() {
 void frmMain::onReceived(const ReceiveStep& step) {
     if (step.disablePrint)
         CWBPrint->setEnabled(false);
-    if (step.pointer1)
+    if (step.pointer1) {
         CWSTrigger->setPointerValue("Pointer-1", *step.pointer1);
+        CWSTrigger->setPointerVisible("Pointer-1", true);
+    }
     if (step.show) {
         FormatDispData();
         ChartA();

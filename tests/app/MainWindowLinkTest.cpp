@@ -33,7 +33,8 @@ protected:
     void feedFrame(int seed = 1, HardwareState s = sampleState()) {
         fake.feed(frameBytes(s, seed));
         QTest::qWait(5);
-        QTest::qWaitFor([&] { return fake.pendingCount() == 2 && fake.buffered() == 0; }, 1000);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return fake.pendingCount() == 2 && fake.buffered() == 0; }, 1000));
     }
 };
 } // namespace
@@ -162,10 +163,10 @@ TEST_F(MainWindowLink, VanishedPortTakesTheErrorPath) {
 TEST_F(MainWindowLink, PowerOffClearsTheDisplayAndClosesThePort) {
     frmMain& w = running();
     feedFrame();
-    EXPECT_FALSE(w.CWGraph1->plotData("CHa").first.isEmpty());
+    EXPECT_FALSE(w.CWGraph1->plotData("CHa").x.isEmpty());
     w.CWBPwr->setValue(false);
     EXPECT_FALSE(fake.isOpen());
-    EXPECT_TRUE(w.CWGraph1->plotData("CHa").first.isEmpty());
+    EXPECT_TRUE(w.CWGraph1->plotData("CHa").x.isEmpty());
     EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
     EXPECT_FALSE(w.CWSRange->pointerVisible());
     EXPECT_FALSE(w.blnLiveData);
