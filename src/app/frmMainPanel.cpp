@@ -9,6 +9,7 @@
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
 #include "widgets/LitButton.h"
+#include "widgets/PanelLook.h"
 #include "widgets/ScopeGraph.h"
 #include "widgets/Slide.h"
 
@@ -43,6 +44,23 @@ QLabel* label(QWidget* parent, const char* name, const QString& text, QRect r,
     return l;
 }
 
+/// The dark front panel: panel colour, light captions, framed groups, lit readouts. Only
+/// colours are set here: the elastic layout scales each control's own font.
+void applyPanelLook(QWidget* panel) {
+    QPalette pal = panel->palette();
+    pal.setColor(QPalette::Window, PanelLook::panelColor());
+    pal.setColor(QPalette::WindowText, PanelLook::textColor());
+    panel->setPalette(pal);
+    panel->setAutoFillBackground(true);
+    panel->setStyleSheet(
+        "QGroupBox { color: rgb(236,236,228); border: 1px solid rgb(96,100,108);"
+        " border-radius: 6px; margin-top: 7px; }"
+        "QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 3px; }"
+        "QLabel { color: rgb(236,236,228); }"
+        "QLabel[readout=\"true\"] { color: rgb(120,255,120); background: rgb(8,20,10);"
+        " border: 1px solid rgb(70,74,80); border-radius: 3px; }");
+}
+
 QStringList toList(const auto& labels) {
     QStringList out;
     for (const auto& l : labels)
@@ -56,20 +74,21 @@ void frmMain::buildPanel() {
     auto* panel = new QWidget(this);
     panel->setObjectName("panel");
     setCentralWidget(panel);
+    applyPanelLook(panel);
 
     // The graph with its side scale and the pan slide below it.
-    CWGraph1 = place(new ScopeGraph(panel), "CWGraph1", "Trace display", {10, 10, 496, 356});
+    CWGraph1 = place(new ScopeGraph(panel), "CWGraph1", "Trace display", {10, 10, 496, 330});
     CWGraph1->setAccessibleDescription("Oscilloscope graph: 10 divisions wide");
     CWSTrigInd = place(new IndicatorSlide(panel), "CWSTrigInd", "Trigger level and zero",
-                       {508, 10, 38, 356});
+                       {508, 10, 38, 330});
     CWSTrigInd->setRange(-4, 4);
     CWSTrigInd->addPointer("TrigLvl", "T");
     CWSTrigInd->addPointer("CHa_Zero", "0");
     CWSTrigInd->alignTrackWith(CWGraph1);
-    CWSPan = place(new Slide(Qt::Horizontal, panel), "CWSPan", "PAN", {10, 370, 496, 34});
+    CWSPan = place(new Slide(Qt::Horizontal, panel), "CWSPan", "PAN", {10, 342, 496, 32});
     CWSPan->setRange(0, 100);
     CWSPan->setSteps(0.5, 10);
-    label(panel, "lblPan", "PAN", {510, 378, 40, 16}, Qt::AlignLeft | Qt::AlignVCenter);
+    label(panel, "lblPan", "PAN", {510, 350, 40, 16}, Qt::AlignLeft | Qt::AlignVCenter);
 
     // Cursor readouts.
     const char* headings[] = {"VOLTS", "TIME", "FREQUENCY"};
@@ -79,9 +98,14 @@ void frmMain::buildPanel() {
     const char* designCaptions[] = {"Volts", "Time", "Freq."};
     for (int i = 0; i < 3; ++i) {
         const int x = 10 + i * 168;
-        label(panel, headingNames[i], headings[i], {x, 410, 160, 16});
-        QLabel* r = label(panel, readoutNames[i], designCaptions[i], {x, 426, 160, 28});
+        label(panel, headingNames[i], headings[i], {x, 378, 160, 16});
+        QLabel* r = label(panel, readoutNames[i], designCaptions[i], {x, 394, 160, 30});
         r->setProperty("readout", true);
+        QFont f("DejaVu Sans Mono");
+        f.setStyleHint(QFont::Monospace);
+        f.setPointSize(12);
+        f.setBold(true);
+        r->setFont(f);
         r->setAccessibleName(designCaptions[i]);
         r->setAccessibleDescription(headings[i]);
         *readouts[i] = r;
@@ -106,7 +130,7 @@ void frmMain::buildPanel() {
     for (int i = 0; i < 7; ++i) {
         const auto& b = buttons[i];
         *b.target = place(new LitButton(b.caption, b.mode, panel), b.name, b.caption,
-                          {10 + i * 71, 466, 65, 48});
+                          {10 + i * 71, 432, 65, 44});
         (*b.target)->setLampVisible(b.mode == LitButton::Mode::Toggle);
     }
     CWBPrint->setEnabled(false);
@@ -122,42 +146,45 @@ void frmMain::buildPanel() {
                         "STORE", {10, 14, 92, 54});
 
     // H-SCALE.
-    CWKTimeRange = place(new Knob(panel), "CWKTimeRange", "H-SCALE", {560, 88, 230, 200});
+    CWKTimeRange = place(new Knob(panel), "CWKTimeRange", "H-SCALE", {560, 88, 230, 220});
     CWKTimeRange->setHeading("H-SCALE sec./ div.");
     CWKTimeRange->setPositionLabels({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u",
                                      "100u", "200u", "500u", "1m", "2m", "5m", "10m", "20m"});
 
     // Channel A: V-SCALE, offset, invert and calibration.
-    auto* fraCHA = frame(panel, "fraCHA", "CH A", {560, 290, 230, 190});
-    CWKChaLvl = place(new Knob(fraCHA), "CWKChaLvl", "V-SCALE", {4, 18, 150, 124});
+    auto* fraCHA = frame(panel, "fraCHA", "CH A", {560, 312, 230, 262});
+    CWKChaLvl = place(new Knob(fraCHA), "CWKChaLvl", "V-SCALE", {4, 20, 154, 170});
     CWKChaLvl->setHeading("V-SCALE volts / div.");
     CWKChaLvl->setNeedleName("ChaLvlSel");
     CWKChaLvl->setPositionLabels({" 20", " 10", " 5", " 2", " 1", " .5", " .2"});
     CWSCHaOffset = place(new Slide(Qt::Vertical, fraCHA), "CWSCHaOffset", "OFFSET",
-                         {164, 18, 58, 124});
+                         {164, 20, 58, 160});
     CWSCHaOffset->setRange(-4, 4);
     CWSCHaOffset->setSteps(0.1, 1);
-    label(fraCHA, "lblOffset", "OFFSET", {160, 142, 66, 14});
+    label(fraCHA, "lblOffset", "OFFSET", {160, 182, 66, 14});
     CWBChaInv = place(new LitButton("INVERT", LitButton::Mode::Toggle, fraCHA), "CWBChaInv",
-                      "INVERT", {6, 152, 76, 30});
+                      "INVERT", {6, 214, 76, 34});
     CWBChaInv->setLampVisible(false);
-    CWBChaInvLed = place(new Led(fraCHA), "CWBChaInvLed", "INVERT lamp", {86, 159, 16, 16});
+    CWBChaInvLed = place(new Led(fraCHA), "CWBChaInvLed", "INVERT lamp", {86, 223, 16, 16});
     CWBCHaCal = place(new LitButton("CALX", LitButton::Mode::Momentary, fraCHA), "CWBCHaCal",
-                      "CALX", {118, 152, 76, 30});
+                      "CALX", {118, 214, 76, 34});
     CWBCHaCal->setLampVisible(false);
-    CWBChaCalLed = place(new Led(fraCHA), "CWBChaCalLed", "CALX lamp", {198, 159, 16, 16});
+    CWBChaCalLed = place(new Led(fraCHA), "CWBChaCalLed", "CALX lamp", {198, 223, 16, 16});
     CWBChaCalLed->setOnColor(QColor(255, 60, 40));
 
     // The probe's switches, shown as they are reported.
-    auto* fraRange = frame(panel, "fraRange", "RANGE", {560, 484, 74, 94});
-    CWSRange = place(new IndicatorSlide(fraRange), "CWSRange", "RANGE", {4, 16, 66, 74});
+    auto* fraRange = frame(panel, "fraRange", "RANGE", {10, 484, 150, 90});
+    CWSRange = place(new IndicatorSlide(fraRange), "CWSRange", "RANGE", {6, 22, 138, 62});
+    CWSRange->setOrientation(Qt::Horizontal);
     CWSRange->setPositionLabels(toList(kRangeLabels));
-    auto* fraCoupling = frame(panel, "fraCoupling", "COUPLING", {638, 484, 74, 94});
+    auto* fraCoupling = frame(panel, "fraCoupling", "COUPLING", {168, 484, 150, 90});
     CWSCoupling =
-        place(new IndicatorSlide(fraCoupling), "CWSCoupling", "COUPLING", {4, 16, 66, 74});
+        place(new IndicatorSlide(fraCoupling), "CWSCoupling", "COUPLING", {6, 22, 138, 62});
+    CWSCoupling->setOrientation(Qt::Horizontal);
     CWSCoupling->setPositionLabels(toList(kCouplingLabels));
-    auto* fraTrig = frame(panel, "fraTrig", "TRIGGER", {716, 484, 74, 94});
-    CWSTrigger = place(new IndicatorSlide(fraTrig), "CWSTrigger", "TRIGGER", {4, 16, 66, 74});
+    auto* fraTrig = frame(panel, "fraTrig", "TRIGGER", {326, 484, 220, 90});
+    CWSTrigger = place(new IndicatorSlide(fraTrig), "CWSTrigger", "TRIGGER", {6, 22, 208, 62});
+    CWSTrigger->setOrientation(Qt::Horizontal);
     CWSTrigger->setPositionLabels(toList(kTriggerLabels));
     CWSTrigger->addPointer("Pointer-1");
     CWSTrigger->setPointerVisible("Pointer-1", false);
@@ -168,6 +195,8 @@ void frmMain::buildPanel() {
     auto* bar = new QStatusBar(this);
     bar->setObjectName("StatusBar1");
     bar->setSizeGripEnabled(false);
+    bar->setStyleSheet("QStatusBar { background: rgb(28,30,33); }"
+                       "QStatusBar QLabel { color: rgb(236,236,228); padding: 0 6px; }");
     setStatusBar(bar);
     QLabel** panels[] = {&sbrBaudRate, &sbrComPort, &sbrSampleRate};
     const char* keys[] = {"sbrBaudRate", "sbrComPort", "sbrSampleRate"};
