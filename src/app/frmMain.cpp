@@ -1,6 +1,7 @@
 // The main window's start-up, resizing and shutdown.
 #include "app/frmMain.h"
 
+#include "dialogs/OptionsHost.h"
 #include "printing/PrintingServices.h"
 #include "support/ElasticWidgetForm.h"
 #include "support/Twips.h"
@@ -56,7 +57,8 @@ void frmMain::Form_Load() {
     resize(design);
     if (const QScreen* s = screen()) {
         const QRect avail = s->geometry();
-        move(avail.x() + (avail.width() - width()) / 2, avail.y() + (avail.height() - height()) / 2);
+        move(avail.x() + (avail.width() - width()) / 2,
+             avail.y() + (avail.height() - height()) / 2);
     }
 
     // 3. The H-SCALE knob and the time scale: position 3, 1000000 divisions per second.
@@ -104,7 +106,9 @@ void frmMain::Form_Load() {
     Form_Resize();
 }
 
-bool frmMain::searching() const { return link_->searching(); }
+bool frmMain::searching() const {
+    return link_->searching();
+}
 
 void frmMain::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);

@@ -30,6 +30,7 @@ class ElasticWidgetForm;
 class PrintingServices;
 class cHTMLHelp;
 class class_Elastic;
+class OptionsHost;
 
 /// What the composition root hands the main window.
 struct MainWindowServices {
@@ -108,6 +109,11 @@ public:
     void holdAcquisition();
     /// Resumes acquisition: frames accepted again, input reset, the two-byte read re-armed.
     void resumeAcquisition();
+    /// Closes the port (reception stops; a running search ends and POWER goes off).
+    void closePort();
+    /// Opens the port now in `ComPort`; reception continues on it while acquisition runs. A
+    /// port that cannot be opened takes the link's failure path.
+    void openPort();
 
     // Handlers of the front panel.
     void CWBPwr_ValueChanged(bool Value);
@@ -127,9 +133,8 @@ public:
     void CWBPrint_ValueChanged(bool Value);
     void CWGraph1_CursorChange(const QString& name);
 
-    /// Entry points of the windows that FILE and MENU open.
+    /// Entry point of the window that FILE opens.
     std::function<void(frmMain&)> openFileForm;
-    std::function<void(frmMain&)> openOptionsForm;
 
     /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
     PrintingServices& printing() { return *printing_; }
@@ -193,6 +198,7 @@ private:
     void onReceived(const ReceiveStep& step);
     void CWSerial1_Error();
     QList<SerialPortRow> serialPortRows() const;
+    static void releaseAfterModal(LitButton* button);
 
     MainWindowServices services_;
     InstrumentLink* link_ = nullptr;
@@ -201,6 +207,7 @@ private:
     std::unique_ptr<ElasticWidgetForm> elasticForm_;
     std::unique_ptr<cHTMLHelp> help_;
     std::unique_ptr<PrintingServices> printing_;
+    std::unique_ptr<OptionsHost> optionsHost_;
     bool layoutSuspended_ = false;
     bool unloaded_ = false;
     bool inErrorPath_ = false;

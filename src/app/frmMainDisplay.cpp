@@ -17,8 +17,8 @@
 namespace zorvik {
 
 void frmMain::FormatDispData() {
-    const FormatDispDataResult r = zorvik::FormatDispData(
-        link_->machine().state, link_->machine().bytRawData, acquisition);
+    const FormatDispDataResult r =
+        zorvik::FormatDispData(link_->machine().state, link_->machine().bytRawData, acquisition);
     if (r.CWSCoupling)
         CWSCoupling->setValue(*r.CWSCoupling);
     if (r.CWSRange)
@@ -51,8 +51,7 @@ void frmMain::ChartA() {
             CWGraph1->clearData(plot);
         } else if (u.action == PlotAction::Plot) {
             store = u.y;
-            CWGraph1->plotY(plot, store.data(), static_cast<int>(store.size()), u.firstX,
-                            u.xStep);
+            CWGraph1->plotY(plot, store.data(), static_cast<int>(store.size()), u.firstX, u.xStep);
         }
     };
     apply("CHa", r.CHa, sngChaPlot);

@@ -25,14 +25,14 @@ bool formOpen(const char* name) {
     }
     return false;
 }
+} // namespace
 
 /// The release of a button that opened a modal window went to that window; the button is
 /// released here, without running its handler again.
-void releaseAfterModal(LitButton* button) {
+void frmMain::releaseAfterModal(LitButton* button) {
     button->setDown(false);
     button->setValueSilently(false);
 }
-} // namespace
 
 void frmMain::CWKTimeRange_ValueChanged(int) {
     SetTimeScale();
@@ -93,7 +93,9 @@ void frmMain::CWBHCursors_ValueChanged(bool Value) {
     DisplayCursorData();
 }
 
-void frmMain::CWGraph1_CursorChange(const QString&) { DisplayCursorData(); }
+void frmMain::CWGraph1_CursorChange(const QString&) {
+    DisplayCursorData();
+}
 
 void frmMain::CWBStoreRef_ValueChanged(bool Value) {
     if (Value) {
@@ -146,16 +148,6 @@ void frmMain::CWBFile_ValueChanged(bool Value) {
         if (CWBPwr->value() && blnLiveData && !CWBStoreRef->value())
             link_->resetAndArm();
         releaseAfterModal(CWBFile);
-    });
-}
-
-void frmMain::CWBMenu_ValueChanged(bool Value) {
-    if (!Value)
-        return;
-    QTimer::singleShot(0, this, [this] {
-        if (openOptionsForm)
-            openOptionsForm(*this);
-        releaseAfterModal(CWBMenu);
     });
 }
 

@@ -116,8 +116,7 @@ void frmMain::CWSerial1_Error() {
     inErrorPath_ = true;
     setStatus(sbrBaudRate, "Baud: ");
     setStatus(sbrComPort, "Com: ");
-    setStatus(sbrSampleRate,
-              "Sample Rate: " + QString::fromStdString(acquisition.strSampleRate));
+    setStatus(sbrSampleRate, "Sample Rate: " + QString::fromStdString(acquisition.strSampleRate));
     MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText);
     CWBPwr->setValue(false);
     link_->machine().blnAcquire = false;

@@ -148,8 +148,8 @@ void frmMain::buildPanel() {
     // H-SCALE.
     CWKTimeRange = place(new Knob(panel), "CWKTimeRange", "H-SCALE", {560, 88, 230, 220});
     CWKTimeRange->setHeading("H-SCALE sec./ div.");
-    CWKTimeRange->setPositionLabels({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u",
-                                     "100u", "200u", "500u", "1m", "2m", "5m", "10m", "20m"});
+    CWKTimeRange->setPositionLabels({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u", "100u",
+                                     "200u", "500u", "1m", "2m", "5m", "10m", "20m"});
 
     // Channel A: V-SCALE, offset, invert and calibration.
     auto* fraCHA = frame(panel, "fraCHA", "CH A", {560, 312, 230, 262});
@@ -157,8 +157,8 @@ void frmMain::buildPanel() {
     CWKChaLvl->setHeading("V-SCALE volts / div.");
     CWKChaLvl->setNeedleName("ChaLvlSel");
     CWKChaLvl->setPositionLabels({" 20", " 10", " 5", " 2", " 1", " .5", " .2"});
-    CWSCHaOffset = place(new Slide(Qt::Vertical, fraCHA), "CWSCHaOffset", "OFFSET",
-                         {164, 20, 58, 160});
+    CWSCHaOffset =
+        place(new Slide(Qt::Vertical, fraCHA), "CWSCHaOffset", "OFFSET", {164, 20, 58, 160});
     CWSCHaOffset->setRange(-4, 4);
     CWSCHaOffset->setSteps(0.1, 1);
     label(fraCHA, "lblOffset", "OFFSET", {160, 182, 66, 14});

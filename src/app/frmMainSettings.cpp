@@ -18,7 +18,9 @@ namespace zorvik {
 namespace {
 
 /// A colour as the settings file keeps it: red in the low byte, then green, then blue.
-std::int32_t toRgb(const QColor& c) { return c.red() | (c.green() << 8) | (c.blue() << 16); }
+std::int32_t toRgb(const QColor& c) {
+    return c.red() | (c.green() << 8) | (c.blue() << 16);
+}
 
 QColor fromRgb(std::int32_t rgb) {
     if (rgb < 0 || rgb > 0xFFFFFF)

@@ -36,9 +36,9 @@ int main(int argc, char** argv) {
     // the program's folder cannot be written (an installed program).
     const QString programFolder = QApplication::applicationDirPath();
     const QString settingsPath = QString::fromStdString(
-        SettingsFile::location(programFolder.toStdString(),
-                               QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
-                                   .toStdString())
+        SettingsFile::location(
+            programFolder.toStdString(),
+            QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString())
             .string());
 
     // COM1..COM8 name the devices of the "PORTS" section, or the system's defaults.

@@ -107,8 +107,8 @@ TEST_F(MainWindowLink, SearchProbesPortOneThenInstrumentOnThreeWins) {
 TEST_F(MainWindowLink, WaitingMarkersMoveTheTriggerIndicatorToWaiting) {
     frmMain& w = running();
     fake.feed(QByteArray("\x7D\x7D", 2));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.CWSTrigger->pointerValue("Pointer-1") == 300; },
-                                1000));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return w.CWSTrigger->pointerValue("Pointer-1") == 300; }, 1000));
     EXPECT_EQ(w.CWSTrigger->pointerStateText("Pointer-1"), "WAIT");
     EXPECT_TRUE(fake.calls.contains("reset"));
     feedFrame();

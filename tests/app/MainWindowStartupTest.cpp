@@ -89,10 +89,10 @@ TEST_F(MainWindowStartup, InstrumentIsNotContactedAtStartUp) {
 TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
     frmMain& w = start();
     const std::pair<const char*, const char*> buttons[] = {
-        {"CWBFile", "FILE"},         {"CWBHelp", "HELP"},       {"CWBMenu", "MENU"},
-        {"CWBPrint", "PRINT"},       {"CWBVCursors", "V-CURS"}, {"CWBHCursors", "H-CURS"},
-        {"CWBRef", "REF"},           {"CWBStoreRef", "STORE"},  {"CWBPwr", "POWER"},
-        {"CWBChaInv", "INVERT"},     {"CWBCHaCal", "CALX"},
+        {"CWBFile", "FILE"},     {"CWBHelp", "HELP"},       {"CWBMenu", "MENU"},
+        {"CWBPrint", "PRINT"},   {"CWBVCursors", "V-CURS"}, {"CWBHCursors", "H-CURS"},
+        {"CWBRef", "REF"},       {"CWBStoreRef", "STORE"},  {"CWBPwr", "POWER"},
+        {"CWBChaInv", "INVERT"}, {"CWBCHaCal", "CALX"},
     };
     for (const auto& [name, caption] : buttons) {
         auto* b = w.findChild<LitButton*>(name);
@@ -103,11 +103,12 @@ TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
     EXPECT_EQ(w.CWKTimeRange->heading(), "H-SCALE sec./ div.");
     EXPECT_EQ(w.CWKChaLvl->heading(), "V-SCALE volts / div.");
     EXPECT_EQ(w.CWKChaLvl->needleName(), "ChaLvlSel");
-    for (const char* name : {"CWGraph1", "CWSTrigInd", "CWSPan", "CWBPwrLed", "CWSRange",
-                             "CWSCoupling", "CWSTrigger", "CWKTimeRange", "CWKChaLvl",
-                             "CWSCHaOffset", "CWBChaInvLed", "CWBChaCalLed", "lblCVoltage",
-                             "lblCTime", "lblCFrequency", "fraStore", "fraRange", "fraCoupling",
-                             "fraTrig", "fraStatus", "fraCHA", "StatusBar1"})
+    for (const char* name :
+         {"CWGraph1",     "CWSTrigInd",   "CWSPan",       "CWBPwrLed", "CWSRange",
+          "CWSCoupling",  "CWSTrigger",   "CWKTimeRange", "CWKChaLvl", "CWSCHaOffset",
+          "CWBChaInvLed", "CWBChaCalLed", "lblCVoltage",  "lblCTime",  "lblCFrequency",
+          "fraStore",     "fraRange",     "fraCoupling",  "fraTrig",   "fraStatus",
+          "fraCHA",       "StatusBar1"})
         EXPECT_NE(w.findChild<QWidget*>(name), nullptr) << name;
     EXPECT_EQ(w.CWSRange->positionLabels(), QStringList({"100", "10", "1"}));
     EXPECT_EQ(w.CWSCoupling->positionLabels(), QStringList({"GND", "AC", "DC"}));

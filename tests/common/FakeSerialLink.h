@@ -49,7 +49,8 @@ public:
         calls << QString("read %1%2").arg(count).arg(timeoutMs > 0 ? " timed" : "");
         pending_ = count;
         timed_ = timeoutMs > 0;
-        QMetaObject::invokeMethod(this, [this] { deliver(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { deliver(); }, Qt::QueuedConnection);
     }
     void cancelRead() override {
         calls << "cancel";
