@@ -2,6 +2,7 @@
 # file list.
 # Arguments: BUILD_DIR, WORK (a scratch folder), FACTS, PROGRAMS.
 cmake_minimum_required(VERSION 3.25)
+string(REPLACE "," ";" PROGRAMS "${PROGRAMS}")
 include("${FACTS}")
 file(REMOVE_RECURSE "${WORK}")
 execute_process(COMMAND dpkg --print-architecture OUTPUT_VARIABLE arch

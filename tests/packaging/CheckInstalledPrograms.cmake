@@ -2,6 +2,7 @@
 # answers "<program> <version>". A program whose --version prints nothing yet is noted.
 # Arguments: STAGE, FACTS, PROGRAMS.
 cmake_minimum_required(VERSION 3.25)
+string(REPLACE "," ";" PROGRAMS "${PROGRAMS}")
 include("${FACTS}")
 set(checked "")
 set(failures "")

@@ -1,7 +1,8 @@
 # Checks the staged installation (StageInstall.cmake) part by part.
 # Arguments: STAGE, FACTS (PackagingFacts.cmake of the build), PROGRAMS (the program targets
-# this build has), CHECK = programs | help | desktop | everything.
+# this build has, comma-separated), CHECK = programs | help | desktop | everything.
 cmake_minimum_required(VERSION 3.25)
+string(REPLACE "," ";" PROGRAMS "${PROGRAMS}")
 include("${FACTS}")
 set(usr "${STAGE}/usr")
 set(progdir "${usr}/lib/zorvik")

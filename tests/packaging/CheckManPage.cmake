@@ -1,7 +1,7 @@
 # Checks a man page.
 #   MODE=render:  PAGE renders with man(1) without a single warning.
-#   MODE=options: every option PROGRAM --help lists is described in PAGE, and every option
-#                 PAGE describes is one PROGRAM --help lists.
+#   MODE=options: every option PROGRAM --help lists is described in the OPTIONS section of
+#                 PAGE, and every option that section describes is one PROGRAM --help lists.
 # Arguments: MODE, PAGE, and PROGRAM (for MODE=options).
 cmake_minimum_required(VERSION 3.25)
 if(MODE STREQUAL "render")
@@ -45,19 +45,28 @@ if(NOT help_options)
     return()
 endif()
 
+# The OPTIONS section of the page: from ".SH OPTIONS" to the next section.
 file(READ "${PAGE}" page)
 string(REPLACE "\\-" "-" page "${page}")
-long_options("${page}" page_options)
+string(FIND "${page}" "\n.SH OPTIONS\n" start)
+if(start EQUAL -1)
+    message(FATAL_ERROR "${PAGE} has no OPTIONS section")
+endif()
+math(EXPR start "${start} + 1")
+string(SUBSTRING "${page}" ${start} -1 options_section)
+string(FIND "${options_section}" "\n.SH " end)
+string(SUBSTRING "${options_section}" 0 ${end} options_section)
+long_options("${options_section}" page_options)
 
 set(failures "")
 foreach(option IN LISTS help_options)
     if(NOT option IN_LIST page_options)
-        string(APPEND failures "  ${option} is in --help but not in the man page\n")
+        string(APPEND failures "  ${option} is in --help but not in the man page's OPTIONS\n")
     endif()
 endforeach()
 foreach(option IN LISTS page_options)
     if(NOT option IN_LIST help_options)
-        string(APPEND failures "  ${option} is in the man page but not in --help\n")
+        string(APPEND failures "  ${option} is in the man page's OPTIONS but not in --help\n")
     endif()
 endforeach()
 if(failures)
