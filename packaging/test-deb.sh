@@ -13,8 +13,9 @@
 #      zorvik --version, zorvik-probe --help and zorvik-cli --help (when packaged) run, that
 #      `QT_QPA_PLATFORM=offscreen timeout 5 zorvik --demo` is still running after 5 seconds
 #      without a warning of its own, that the file-type, desktop and icon caches know Zorvik
-#      (refreshed by dpkg triggers), that no settings file lands in the program folder, and
-#      that `apt purge zorvik` removes everything again;
+#      (refreshed by dpkg triggers), that no settings file lands in the program folder, that
+#      `apt purge zorvik` removes everything again, and that installing it once more onto the
+#      system that now has the cache tools runs their triggers;
 #   4. prints one line per check and "N passed, M failed"; exits 1 when a check failed.
 #
 # Needs: debootstrap (package debootstrap), dpkg-dev, cmake, a build of Zorvik, network access
@@ -109,7 +110,8 @@ cp "$deb" "$root/tmp/"
 
 in_root() { chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root \
     LANG=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
-as_user() { in_root runuser -u tester -- /usr/bin/env HOME=/home/tester "$@"; }
+as_user() { in_root runuser -u tester -- /usr/bin/env HOME=/home/tester \
+    XDG_RUNTIME_DIR=/tmp/runtime-tester "$@"; }
 
 # --- 3. install and check ---------------------------------------------------------------------
 say "== apt install ./$(basename "$deb")"
@@ -119,6 +121,7 @@ in_root apt-get install -y -qq "./tmp/$(basename "$deb")" >"$root/tmp/install.lo
 grep -E '^(Setting up|Processing triggers for)' "$root/tmp/install.log" |
     grep -E 'zorvik|shared-mime-info|desktop-file-utils|hicolor|man-db' | sed 's/^/   /'
 in_root useradd --create-home --shell /bin/sh tester
+in_root install -d -m 0700 -o tester -g tester /tmp/runtime-tester
 
 passed=0
 failed=0
@@ -136,11 +139,12 @@ check() { # check NAME COMMAND...: runs COMMAND, counts and reports the result
 }
 version=$(dpkg-deb --field "$deb" Version)
 
-expect_output() { # expect_output EXPECTED COMMAND...: COMMAND succeeds and prints EXPECTED
+expect_output() { # expect_output EXPECTED COMMAND...: COMMAND succeeds, its output is EXPECTED
     expected=$1
     shift
-    got=$("$@" 2>&1) || { printf '%s\n' "$got"; return 1; }
-    [ "$got" = "$expected" ] || { printf 'printed: %s\nexpected: %s\n' "$got" "$expected"; return 1; }
+    got=$("$@") || { printf '%s\n' "$got"; return 1; }
+    [ "$got" = "$expected" ] ||
+        { printf 'printed: %s\nexpected: %s\n' "$got" "$expected"; return 1; }
 }
 expect_start() { # expect_start PREFIX COMMAND...: COMMAND succeeds, output starts with PREFIX
     prefix=$1
@@ -164,15 +168,18 @@ desktop_cache_knows_zorvik() {
         "$root/usr/share/applications/mimeinfo.cache"
 }
 icon_cache_current() { # refreshed when gtk-update-icon-cache is installed, else not needed
-    if [ ! -x "$root/usr/sbin/update-icon-caches" ] && [ ! -x "$root/usr/bin/gtk-update-icon-cache" ]; then
+    cache="$root/usr/share/icons/hicolor/icon-theme.cache"
+    if [ ! -x "$root/usr/bin/gtk-update-icon-cache" ]; then
         echo "no icon cache tool installed: icons are found without a cache"
         return 0
     fi
-    [ "$root/usr/share/icons/hicolor/icon-theme.cache" -nt \
-        "$root/usr/share/icons/hicolor/256x256/apps/com.zorvik.Zorvik.png" ]
+    grep -q -a 'com\.zorvik\.Zorvik' "$cache" ||
+        { echo "$cache lacks com.zorvik.Zorvik"; return 1; }
 }
 help_installed() { [ -f "$root/usr/lib/zorvik/Help/index.html" ]; }
 purge_removes_all() {
+    # as a run of the program as root leaves it: the program folder is writable for root
+    echo "[SETTINGS]" >"$root/usr/lib/zorvik/ZORVIK.INI"
     in_root apt-get purge -y -qq zorvik >/dev/null 2>&1 || return 1
     for path in usr/lib/zorvik usr/bin/zorvik usr/bin/zorvik-probe usr/bin/zorvik-cli \
         usr/share/applications/com.zorvik.Zorvik.desktop; do
@@ -198,8 +205,25 @@ else
 fi
 check "file-type cache maps *.wdf to application/x-zorvik-wdf" mime_knows_wdf
 check "desktop cache opens application/x-zorvik-wdf with Zorvik" desktop_cache_knows_zorvik
-check "icon cache up to date" icon_cache_current
-check "apt purge zorvik removes the programs, links, entry and file type" purge_removes_all
+check "icon cache lists the Zorvik icon" icon_cache_current
+check "apt purge zorvik removes the programs, links, entry, file type and a root-run ZORVIK.INI" \
+    purge_removes_all
+
+# Installed again, now onto a system that has the desktop's cache tools: their dpkg triggers,
+# not a script of the package, bring the caches up to date.
+reinstall_runs_triggers() {
+    in_root apt-get install -y "./tmp/$(basename "$deb")" >"$root/tmp/reinstall.log" 2>&1 ||
+        { cat "$root/tmp/reinstall.log"; return 1; }
+    for trigger in shared-mime-info desktop-file-utils hicolor-icon-theme; do
+        grep "^Processing triggers for $trigger " "$root/tmp/reinstall.log" ||
+            { echo "no trigger of $trigger ran"; cat "$root/tmp/reinstall.log"; return 1; }
+    done
+}
+check "installed again: the triggers of shared-mime-info, desktop-file-utils and hicolor run" \
+    reinstall_runs_triggers
+check "installed again: file-type cache maps *.wdf to application/x-zorvik-wdf" mime_knows_wdf
+check "installed again: desktop cache opens application/x-zorvik-wdf with Zorvik" \
+    desktop_cache_knows_zorvik
 
 say "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
