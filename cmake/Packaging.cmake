@@ -23,8 +23,8 @@ set(ZORVIK_WDF_MIME_TYPE "application/x-zorvik-wdf")
 set(ZORVIK_RELEASE_DATE "2026-11-22")
 
 set(zorvik_programs zorvik zorvik-probe zorvik-cli)
-set(zorvik_pkg_src ${CMAKE_SOURCE_DIR}/packaging)
-set(zorvik_pkg_bin ${CMAKE_BINARY_DIR}/packaging)
+set(zorvik_pkg_src ${PROJECT_SOURCE_DIR}/packaging)
+set(zorvik_pkg_bin ${PROJECT_BINARY_DIR}/packaging)
 set(zorvik_sharedir ${CMAKE_INSTALL_DATAROOTDIR})
 
 if(IS_ABSOLUTE "${ZORVIK_INSTALL_PROGRAMDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}")
@@ -54,7 +54,7 @@ endforeach()
 # Whatever help/ holds is installed as Help/; without it the program shows its own page saying
 # that the manual is missing, so an absent or empty folder is no error.
 install(CODE "
-    set(ZORVIK_HELP_SOURCE \"${CMAKE_SOURCE_DIR}/help\")
+    set(ZORVIK_HELP_SOURCE \"${PROJECT_SOURCE_DIR}/help\")
     set(ZORVIK_HELP_DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${ZORVIK_INSTALL_PROGRAMDIR}/Help\")
     include(\"${zorvik_pkg_src}/InstallHelp.cmake\")
 ")
@@ -132,7 +132,7 @@ set(ZORVIK_VERSION "@PROJECT_VERSION@")
 set(ZORVIK_INSTALLED_PROGRAMS "@ZORVIK_INSTALLED_PROGRAMS@")
 set(ZORVIK_ICON_SIZES "@ZORVIK_ICON_SIZES@")
 set(ZORVIK_WDF_MIME_TYPE "@ZORVIK_WDF_MIME_TYPE@")
-set(ZORVIK_HELP_SOURCE "@CMAKE_SOURCE_DIR@/help")
+set(ZORVIK_HELP_SOURCE "@PROJECT_SOURCE_DIR@/help")
 ]])
 
 # --- Debian package -----------------------------------------------------------------------------
