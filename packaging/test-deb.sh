@@ -24,6 +24,7 @@
 # Environment:
 #   ZORVIK_DEB_BASE   the kept base system (default: /var/tmp/zorvik-deb/base)
 #   ZORVIK_DEB_WORK   the system of this run (default: /var/tmp/zorvik-deb/run)
+#   ZORVIK_DEB_KEEP   1: keep the system of this run for a look (default: removed at the end)
 #   DEBIAN_MIRROR     the mirror to use (default: the first bookworm mirror of apt's sources)
 set -eu
 
@@ -91,7 +92,16 @@ unmount_all() {
         if mountpoint -q "$root/$point" 2>/dev/null; then umount -l "$root/$point" || true; fi
     done
 }
-trap unmount_all EXIT INT TERM
+clean_up() {
+    unmount_all
+    # The run's system is removed unless asked to keep it, and never while anything is still
+    # mounted inside it (a bind mount of /dev would take the host's devices with it).
+    if [ "${ZORVIK_DEB_KEEP:-0}" != 1 ] && ! grep -q " $root/" /proc/mounts; then
+        rm -rf "$root"
+    fi
+}
+trap clean_up EXIT
+trap 'exit 2' INT TERM
 unmount_all
 rm -rf "$root"
 say "== fresh copy of the base system in $root"
