@@ -11,7 +11,8 @@ $SUDO apt-get install -y -qq --no-install-recommends \
     libqcustomplot-dev libqcustomplot2.1-qt6 \
     libgtest-dev libgmock-dev googletest libbenchmark-dev \
     xvfb xauth x11-apps imagemagick poppler-utils locales \
-    clang-format fonts-dejavu-core \
+    clang-format fonts-dejavu-core xdotool \
+    desktop-file-utils appstream man-db dpkg-dev \
     >/dev/null
 # A German locale for the tests that check number texts are locale independent.
 if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf8$'; then

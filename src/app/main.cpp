@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QIcon>
 #include <QStandardPaths>
 #include <memory>
 #include <system_error>
@@ -23,6 +24,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("zorvik");
     QApplication::setApplicationDisplayName("Zorvik");
     QApplication::setApplicationVersion(ZORVIK_VERSION);
+    QGuiApplication::setDesktopFileName(ZORVIK_APP_ID);
+    QApplication::setWindowIcon(QIcon::fromTheme(ZORVIK_APP_ID));
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Front panel for the Zorvik hand-held probe oscilloscope.");
