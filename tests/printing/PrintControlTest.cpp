@@ -188,7 +188,7 @@ TEST_F(PrintControlTest, PreviewPageIsDrawnAtTheScreenResolutionWithThePicture) 
 
 TEST_F(PrintControlTest, PrintWithoutPrinterWritesPdfWithHeaderFooterAndScaledPicture) {
     if (popplerTool("pdftotext").isEmpty() || popplerTool("pdftoppm").isEmpty())
-        GTEST_SKIP() << "poppler-utils (pdftotext, pdftoppm) is not installed";
+        FAIL() << "poppler-utils (pdftotext, pdftoppm) is required: run scripts/install-deps.sh";
     QTemporaryDir folder;
     const QString pdf = QDir(folder.path()).filePath(QStringLiteral("page.pdf"));
     QString suggested;
@@ -231,7 +231,7 @@ TEST_F(PrintControlTest, PrintWithoutPrinterWritesPdfWithHeaderFooterAndScaledPi
 
 TEST_F(PrintControlTest, PdfPrintAtFullScaleFillsFiveInchesOfThePage) {
     if (popplerTool("pdftoppm").isEmpty())
-        GTEST_SKIP() << "poppler-utils (pdftoppm) is not installed";
+        FAIL() << "poppler-utils (pdftoppm) is required: run scripts/install-deps.sh";
     QTemporaryDir folder;
     const QString pdf = QDir(folder.path()).filePath(QStringLiteral("full.pdf"));
     PrintControl::setPdfPathChooser([&](QWidget*, const QString&) { return pdf; });

@@ -108,7 +108,7 @@ TEST_F(PrintingServicesTest, MarginsLeftInThePreviewAreWhereTheNextPrintStarts) 
 
 TEST_F(PrintingServicesTest, PrintFromThePreviewPutsTheMainWindowOnThePdfPage) {
     if (popplerTool("pdftoppm").isEmpty())
-        GTEST_SKIP() << "poppler-utils (pdftoppm) is not installed";
+        FAIL() << "poppler-utils (pdftoppm) is required: run scripts/install-deps.sh";
     QTemporaryDir folder;
     const QString pdf = QDir(folder.path()).filePath(QStringLiteral("window.pdf"));
     PrintControl::setPdfPathChooser([&](QWidget*, const QString&) { return pdf; });

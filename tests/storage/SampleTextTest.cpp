@@ -125,7 +125,8 @@ protected:
 
 TEST_F(GermanLocale, NumberTextsKeepTheDecimalPointUnderAGermanLocale) {
     if (m_missing)
-        GTEST_SKIP() << "no de_DE.UTF-8 locale and localedef could not make one";
+        FAIL() << "no de_DE.UTF-8 locale and localedef could not make one (run "
+                  "scripts/install-deps.sh)";
     std::locale::global(std::locale("de_DE.UTF-8"));
 
     // The locale is really in force: C's and C++'s own conversions now use a comma.
