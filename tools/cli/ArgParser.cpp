@@ -14,7 +14,7 @@ std::optional<std::string> ParsedArgs::value(std::string_view name) const {
     return it->second;
 }
 
-bool parseArgs(std::span<const std::string> args, std::span<const OptionSpec> specs,
+bool parseArgs(std::span<const std::string> args, std::span<const CommandOption> accepted,
                ParsedArgs& out, std::string& error) {
     bool optionsEnded = false;
     for (std::size_t i = 0; i < args.size(); ++i) {
@@ -41,12 +41,12 @@ bool parseArgs(std::span<const std::string> args, std::span<const OptionSpec> sp
             value = name.substr(eq + 1);
             name.resize(eq);
         }
-        const OptionSpec* spec = nullptr;
-        for (const OptionSpec& s : specs) {
-            if (s.name == name)
-                spec = &s;
+        const CommandOption* option = nullptr;
+        for (const CommandOption& o : accepted) {
+            if (o.name == name)
+                option = &o;
         }
-        if (spec == nullptr) {
+        if (option == nullptr) {
             error = "unknown option --" + name;
             return false;
         }
@@ -54,7 +54,7 @@ bool parseArgs(std::span<const std::string> args, std::span<const OptionSpec> sp
             error = "option --" + name + " given twice";
             return false;
         }
-        if (!spec->takesValue) {
+        if (!option->takesValue) {
             if (value) {
                 error = "option --" + name + " takes no value";
                 return false;

@@ -12,7 +12,7 @@
 namespace zorvik::cli {
 
 /// An option a command accepts, named without its leading "--".
-struct OptionSpec {
+struct CommandOption {
     std::string_view name;
     bool takesValue = true;
 };
@@ -30,7 +30,7 @@ struct ParsedArgs {
 /// "--name=value"; "--help" and "-h" are always accepted; "--" ends the options, and "-"
 /// alone is a positional argument. On a mistake returns false with a one-line `error`
 /// (unknown option, missing value, value for a flag, option given twice).
-bool parseArgs(std::span<const std::string> args, std::span<const OptionSpec> specs,
+bool parseArgs(std::span<const std::string> args, std::span<const CommandOption> accepted,
                ParsedArgs& out, std::string& error);
 
 /// A whole number from `min` to `max`, the whole text and nothing else.

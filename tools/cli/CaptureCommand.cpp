@@ -14,7 +14,7 @@ namespace zorvik::cli {
 
 namespace {
 
-constexpr OptionSpec kOptions[] = {
+constexpr CommandOption kOptions[] = {
     {"port", true}, {"frames", true}, {"seconds", true}, {"format", true}, {"raw", true}};
 
 constexpr std::string_view kHelp =

@@ -6,6 +6,7 @@
 #include "ExitStatus.h"
 #include "HelpText.h"
 #include "LineOutput.h"
+#include "StopSignals.h"
 
 #include <array>
 #include <cstdio>
@@ -34,6 +35,9 @@ void printError(std::string_view text) {
 }
 
 int outputFailure(const LineOutput& out) {
+    // A write that a stop signal cut short is the stop, not a failure of the output.
+    if (const int status = stopRequested())
+        return stopFailure(status);
     if (out.closedByReader()) {
         printError("standard output closed (broken pipe)");
         return kExitOutputClosed;

@@ -13,7 +13,7 @@ namespace zorvik::cli {
 /// that runs it. A new command is one more entry in `commands()`.
 struct Command {
     std::string_view name;
-    std::span<const OptionSpec> options;
+    std::span<const CommandOption> options;
     /// Usage line(s) and description, as printed by --help.
     std::string_view help;
     /// Runs the parsed command; returns the exit status.
@@ -34,7 +34,8 @@ class LineOutput;
 
 /// Prints "zorvik-cli: TEXT" as one line on standard error.
 void printError(std::string_view text);
-/// Reports a failed standard output; returns 141 for a closed pipe, 2 for other errors.
+/// Reports a failed standard output; returns 141 for a closed pipe, 2 for other errors, and
+/// the stop status when a stop signal cut the write short.
 int outputFailure(const LineOutput& out);
 /// Reports a stop by SIGINT or SIGTERM; returns the status it asks for (130 or 143).
 int stopFailure(int status);

@@ -15,7 +15,7 @@ namespace zorvik::cli {
 
 namespace {
 
-constexpr OptionSpec kOptions[] = {{"format", true}};
+constexpr CommandOption kOptions[] = {{"format", true}};
 
 constexpr std::string_view kHelp =
     R"(  zorvik-cli decode FILE [--format jsonl|csv]

@@ -1,6 +1,8 @@
 // Whole lines to standard output: each line is built first and written with one call.
 #include "LineOutput.h"
 
+#include "StopSignals.h"
+
 #include <cerrno>
 #include <cstring>
 
@@ -32,8 +34,15 @@ bool LineOutput::writeLine(std::string line) {
     while (done < line.size()) {
         const long n = writeSome(descriptor_, line.data() + done, line.size() - done);
         if (n < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR) {
+                // A stop signal while nothing of the line is out yet drops the line; once
+                // part of it is out, the rest follows so that no half line is left.
+                if (done == 0 && stopRequested() != 0) {
+                    error_ = EINTR;
+                    return false;
+                }
                 continue;
+            }
             error_ = errno != 0 ? errno : EIO;
             return false;
         }

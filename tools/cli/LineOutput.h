@@ -7,8 +7,9 @@ namespace zorvik::cli {
 
 /// Writes complete lines to a descriptor (standard output by default). A line is handed to
 /// the system in one write (continued only if the system takes part of it), so a reader never
-/// sees half a line from an interrupted program. Once a write fails, every later line is
-/// refused too; `closedByReader()` tells a closed pipe from other write errors.
+/// sees half a line from an interrupted program: a stop signal that interrupts a write before
+/// any of the line went out drops the line and fails the output. Once a write fails, every later
+/// line is refused too; `closedByReader()` tells a closed pipe from other write errors.
 class LineOutput {
 public:
     explicit LineOutput(int descriptor = 1) : descriptor_(descriptor) {}

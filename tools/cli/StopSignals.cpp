@@ -51,8 +51,9 @@ void installStopSignals() {
     struct sigaction action {};
     action.sa_handler = onStopSignal;
     sigemptyset(&action.sa_mask);
-    // Interrupted writes and reads restart: a line on standard output is always finished.
-    action.sa_flags = SA_RESTART;
+    // No restart: a write blocked on a stalled reader returns, so that Ctrl+C always ends
+    // the program (LineOutput then drops the line it had not begun to write).
+    action.sa_flags = 0;
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 

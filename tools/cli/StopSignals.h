@@ -4,7 +4,7 @@
 namespace zorvik::cli {
 
 /// Installs the handlers once: SIGINT and SIGTERM only record a stop request (the running
-/// command finishes the line it is writing, closes its files and exits with 130 or 143),
+/// command ends after a whole line, closes its files and exits with 130 or 143),
 /// and SIGPIPE is ignored so that a closed standard output shows up as a failed write.
 void installStopSignals();
 
