@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSerialPortInfo>
 
 namespace zorvik::cli {
 
@@ -26,8 +27,19 @@ PortMap capturePortMap() {
 }
 
 bool comPortExists(const PortMap& ports, int n) {
-    const std::string device = ports.devicePath(n);
-    return !device.empty() && QFileInfo::exists(QString::fromStdString(device));
+    const QString device = QString::fromStdString(ports.devicePath(n));
+    if (device.isEmpty())
+        return false;
+#ifdef _WIN32
+    // Windows ports have no device node: a port exists when the system lists it.
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        if (info.portName().compare(device, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+#else
+    return QFileInfo::exists(device);
+#endif
 }
 
 } // namespace zorvik::cli
