@@ -30,6 +30,7 @@ class ElasticWidgetForm;
 class PrintingServices;
 class cHTMLHelp;
 class class_Elastic;
+class frmFile;
 
 /// What the composition root hands the main window.
 struct MainWindowServices {
@@ -128,7 +129,7 @@ public:
     void CWGraph1_CursorChange(const QString& name);
 
     /// Entry points of the windows that FILE and MENU open.
-    std::function<void(frmMain&)> openFileForm;
+    std::function<void(frmMain&)> openFileForm = [](frmMain& w) { w.showFileForm(); };
     std::function<void(frmMain&)> openOptionsForm;
 
     /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
@@ -139,6 +140,14 @@ public:
     void About(QWidget* owner);
     /// Path of the manual's first page: the program's folder, "Help", "index.html".
     QString helpFile() const;
+
+    /// The File form, created on first use and kept (with its current file) while the window
+    /// lives.
+    frmFile& fileForm();
+    /// Shows the File form modally, centred on the screen.
+    void showFileForm();
+    /// Loads a Waveform Data File as the reference trace, as File -> Open does.
+    void openWaveformFile(const QString& path);
 
     // Controls.
     ScopeGraph* CWGraph1 = nullptr;
