@@ -94,7 +94,7 @@ TEST_F(MainWindowProbe, WaitingMarkersMoveTheTriggerIndicator) {
 
 TEST_F(MainWindowProbe, StallLongerThanThreeSecondsMidFrameTakesTheErrorPath) {
     StreamOptions o;
-    o.stallAfter = 3;
+    o.stallAfter = 15;
     o.stallFor = std::chrono::milliseconds(4500);
     serve(ProbeStream(ProbeSettings{}, o));
     frmMain& w = startReal({1});
