@@ -10,7 +10,7 @@ $SUDO apt-get install -y -qq --no-install-recommends \
     qt6-base-dev qt6-base-dev-tools libgl-dev qt6-serialport-dev \
     libqcustomplot-dev libqcustomplot2.1-qt6 \
     libgtest-dev libgmock-dev googletest libbenchmark-dev \
-    xvfb xauth x11-apps imagemagick poppler-utils locales \
+    xvfb xauth x11-apps xdotool imagemagick poppler-utils locales \
     clang-format fonts-dejavu-core \
     >/dev/null
 # A German locale for the tests that check number texts are locale independent.
