@@ -53,6 +53,10 @@ struct DisplayCase {
     bool inverted;
 };
 
+void PrintTo(const DisplayCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
 class MainWindowTrace : public LiveWindowFixture,
                         public ::testing::WithParamInterface<DisplayCase> {};
 
