@@ -1,7 +1,7 @@
 // Tests of the graph's plots, axes, colours and paced redrawing.
-#include "widgets/PanelLook.h"
 #include "widgets/ScopeGraph.h"
 #include "PanelTestSupport.h"
+#include "widgets/PanelLook.h"
 
 #include <gtest/gtest.h>
 
