@@ -22,12 +22,17 @@ constexpr std::string_view kHelp =
                      [--format jsonl|csv] [--raw FILE]
       Opens the port as the POWER button does and prints what the receive cycle makes
       of each read, as decode does.
-      --port COMn    only that port (COM1 to COM8), on the device the port mapping names
-                     for it: COM1 /dev/ttyUSB0, COM2 /dev/ttyUSB1, COM3 /dev/ttyACM0,
-                     COM4 /dev/ttyACM1, COM5 to COM8 /dev/ttyS0 to /dev/ttyS3
+      --port COMn    only that port (COM1 to COM8), on the device the window uses for
+                     it: the one the key COMn of the section [PORTS] of the settings
+                     file names, otherwise COM1 /dev/ttyUSB0, COM2 /dev/ttyUSB1,
+                     COM3 /dev/ttyACM0, COM4 /dev/ttyACM1, COM5 to COM8 /dev/ttyS0 to
+                     /dev/ttyS3. The settings file is the window's ZORVIK.INI: beside
+                     the program, or in the per-user configuration folder
+                     (~/.config/zorvik) when the program's folder cannot be written.
       --port DEVICE  any other value is a device opened directly (/dev/pts/3)
-                     Without --port the existing ports from COM1 up are probed in turn;
-                     the first that sends a byte other than 0 within one second is used.
+                     Without --port, COM1 to COM8 (mapped the same way) are probed in
+                     turn where their device exists; the first that sends a byte other
+                     than 0 within one second is used.
       --frames N     stop after N accepted frames
       --seconds S    stop after S seconds of reception (S may have decimals)
                      With both, whichever comes first; with neither, until Ctrl+C.
@@ -103,8 +108,12 @@ int runCapture(const ParsedArgs& args) {
     char name[] = "zorvik-cli";
     char* argv[] = {name, nullptr};
     QCoreApplication app(argc, argv);
+    // The window's name: the per-user folder of its settings file is named after it.
+    QCoreApplication::setApplicationName("zorvik");
+    // A device named directly needs no port mapping, so the settings file is not read then.
+    PortMap ports = options.device.empty() ? capturePortMap() : PortMap();
     LineOutput out;
-    CaptureSession session(std::move(options), capturePortMap(), out);
+    CaptureSession session(std::move(options), std::move(ports), out);
     QObject::connect(&session, &CaptureSession::finished, &app, &QCoreApplication::exit,
                      Qt::QueuedConnection);
     QTimer::singleShot(0, &session, &CaptureSession::start);

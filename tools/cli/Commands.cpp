@@ -7,6 +7,7 @@
 #include "HelpText.h"
 #include "LineOutput.h"
 #include "StopSignals.h"
+#include "WdfCommand.h"
 
 #include <array>
 #include <cstdio>
@@ -14,7 +15,7 @@
 namespace zorvik::cli {
 
 std::span<const Command> commands() {
-    static const std::array<Command, 2> table = {decodeCommand(), captureCommand()};
+    static const std::array<Command, 3> table = {decodeCommand(), captureCommand(), wdfCommand()};
     return table;
 }
 

@@ -10,12 +10,14 @@ constexpr std::string_view kIntro =
        zorvik-cli COMMAND --help
        zorvik-cli --help | --version
 
-Captures and decodes the data stream of the Zorvik probe oscilloscope with the receive
-cycle and the arithmetic of the Zorvik window itself.
+Captures and decodes the data stream of the Zorvik probe oscilloscope, and reads its
+Waveform Data Files, with the receive cycle, the arithmetic and the file rules of the
+Zorvik window itself.
 )";
 
 constexpr std::string_view kFrameOutput =
-    R"(Output with --format jsonl (the default): one JSON object per line, keys in this order.
+    R"(Output of decode and capture with --format jsonl (the default): one JSON object per
+line, keys in this order.
   {"event":"frame","index":N,"bytSwitchSetting":B,"bytTimebaseDef":B,"bytTriggerDef":B,
    "bytTriggerLvl":B,"bytDVM100":B,"bytDVM10":B,"bytDVM1":B,"bytDVMflags":B,
    "sngVoltsPerCount":F,"sngSampleInterval":F,"strSampleRate":"TEXT","sngTrigLevel":F,
@@ -38,7 +40,7 @@ constexpr std::string_view kFrameOutput =
   {"event":"short"}
       The stream ended inside a frame (decode only).
 
-Output with --format csv: the header line
+Output of decode and capture with --format csv: the header line
   frame,sample,time_s,count,volts
 and one row for each of the 128 samples of every accepted frame: the frame's index
 (from 0), the sample's index (0 to 127), time_s = sample x sngSampleInterval computed
@@ -49,12 +51,14 @@ constexpr std::string_view kExitStatus =
     R"(Exit status:
   0    done
   1    usage error: unknown command or option, missing or bad argument
-  2    a file could not be read or written, a stream holds no probe data, or the
-       probe could not be reached (no answer, port failure, frame time-out)
+  2    a file could not be read or written, a Waveform Data File did not load, a
+       stream holds no probe data, or the probe could not be reached (no answer,
+       port failure, frame time-out)
   130  interrupted (SIGINT, Ctrl+C)
   141  standard output closed by its reader (broken pipe)
   143  terminated (SIGTERM)
-Every error is one line on standard error; standard output only ever gets whole lines.
+Every error is one line on standard error, except the window's messages of wdf;
+standard output only ever gets whole lines.
 )";
 
 } // namespace

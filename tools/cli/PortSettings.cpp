@@ -1,23 +1,27 @@
 // The port mapping zorvik-cli capture uses, and how it tells that a port exists.
 #include "PortSettings.h"
 
+#include "storage/SettingsFile.h"
+
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QSerialPortInfo>
+#include <QStandardPaths>
 
 namespace zorvik::cli {
 
 std::string settingsFilePath() {
-    return QDir(QCoreApplication::applicationDirPath()).filePath("ZORVIK.INI").toStdString();
+    // The file the window reads: beside the program, or in the per-user configuration folder
+    // when the program's folder cannot be written (an installed program).
+    const QString userFolder = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    return SettingsFile::location(QCoreApplication::applicationDirPath().toStdString(),
+                                  userFolder.toStdString())
+        .string();
 }
 
 void applyPortsSection(PortMap& ports, const std::string& settingsFile) {
-    // TODO: read keys COM1..COM8 of section "PORTS" with the program's profile engine once it
-    // is part of the core: for each key with a non-empty value, ports.setDevice(n, value).
-    // Until then every port keeps its default device.
-    static_cast<void>(ports);
-    static_cast<void>(settingsFile);
+    for (const auto& [n, device] : SettingsFile::readPorts(settingsFile))
+        ports.setDevice(n, device);
 }
 
 PortMap capturePortMap() {

@@ -7,8 +7,10 @@
 
 namespace zorvik::cli {
 
-/// The settings file of the program: ZORVIK.INI in the folder of the running executable.
-/// Needs the application object.
+/// The settings file the window uses: ZORVIK.INI in the folder of the running executable when
+/// that folder can be written, otherwise ZORVIK.INI in the per-user configuration folder of
+/// the application "zorvik" (created if needed, as the window does). Needs the application
+/// object, named "zorvik".
 std::string settingsFilePath();
 
 /// Takes the devices named in the "PORTS" section of the settings file (keys COM1..COM8,

@@ -2,11 +2,10 @@
 // limits, CSV, the raw recording, a port that vanishes or stays silent, a stalled frame,
 // SIGINT and SIGTERM.
 #include "CliRunner.h"
-#include "common/PtyPair.h"
+#include "FrameFeeder.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QTimer>
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -14,25 +13,6 @@ using namespace zorvik;
 using namespace zorvik::test;
 
 namespace {
-
-/// Streams frames of sampleState() with rising seeds on a pseudo-terminal, one every 10 ms.
-class FrameFeeder {
-public:
-    FrameFeeder() {
-        timer_.setInterval(10);
-        QObject::connect(&timer_, &QTimer::timeout,
-                         [this] { pty_.write(frame(sampleState(), seed_++)); });
-    }
-    void start() { timer_.start(); }
-    void stop() { timer_.stop(); }
-    PtyPair& pty() { return pty_; }
-    QString path() const { return QString::fromStdString(pty_.path()); }
-
-private:
-    PtyPair pty_;
-    QTimer timer_;
-    int seed_ = 0;
-};
 
 QList<QByteArray> frameLines(const QList<QByteArray>& lines) {
     QList<QByteArray> frames;
@@ -211,7 +191,6 @@ TEST(CliCapture, TerminateEndsWithStatus143) {
 TEST(CliCapture, ClosedOutputPipeEndsWithStatus141AndOneLine) {
     FrameFeeder feeder;
     feeder.start();
-    keepDescriptorsFromChildren();
     QProcess shell;
     shell.start("/bin/bash", {"-c", R"("$0" capture --port "$1" | head -1; exit ${PIPESTATUS[0]})",
                               QStringLiteral(ZORVIK_CLI), feeder.path()});

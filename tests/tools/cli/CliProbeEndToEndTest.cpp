@@ -15,7 +15,6 @@ namespace {
 class VirtualProbe {
 public:
     explicit VirtualProbe(const QStringList& args) {
-        keepDescriptorsFromChildren();
         process_.start(QStringLiteral(ZORVIK_PROBE_PROGRAM), args);
         // The probe prints its device on the first line once it serves.
         const bool ready =

@@ -5,7 +5,6 @@
 #include "common/FrameBytes.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStringList>
@@ -13,7 +12,6 @@
 #include <QTest>
 #include <charconv>
 #include <cstdint>
-#include <fcntl.h>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -40,22 +38,8 @@ struct CliResult {
     }
 };
 
-/// Marks every descriptor of the test process close-on-exec, so that a program started
-/// from the test does not hold the test's pseudo-terminals open (a port the test closes must
-/// vanish for the program too).
-inline void keepDescriptorsFromChildren() {
-    const QDir fds(QStringLiteral("/proc/self/fd"));
-    for (const QString& name : fds.entryList(QDir::Files | QDir::System)) {
-        bool ok = false;
-        const int fd = name.toInt(&ok);
-        if (ok && fd > 2)
-            ::fcntl(fd, F_SETFD, ::fcntl(fd, F_GETFD) | FD_CLOEXEC);
-    }
-}
-
 /// Starts zorvik-cli with `args`; the caller waits with `finishCli`.
 inline std::unique_ptr<QProcess> startCli(const QStringList& args) {
-    keepDescriptorsFromChildren();
     auto process = std::make_unique<QProcess>();
     process->setProgram(QStringLiteral(ZORVIK_CLI));
     process->setArguments(args);
