@@ -134,8 +134,11 @@ public:
     void CWBPrint_ValueChanged(bool Value);
     void CWGraph1_CursorChange(const QString& name);
 
-    /// Entry point of the window that FILE opens.
+    /// Entry points of the windows that FILE and MENU open.
     std::function<void(frmMain&)> openFileForm = [](frmMain& w) { w.showFileForm(); };
+    std::function<void(frmMain&)> openOptionsForm = [](frmMain& w) { w.showOptionsForm(); };
+    /// Shows the options dialog modally (created on first use, loaded again each time).
+    void showOptionsForm();
 
     /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
     PrintingServices& printing() { return *printing_; }
