@@ -2,9 +2,10 @@
 # Regenerates the pictures of the user manual (help/images/*.png) with the real program.
 #
 # The script starts the built program on a virtual X display (Xvfb), drives it with xdotool the
-# way a user would (POWER, the knobs, the cursors, STORE, PRINT, Page Setup, HELP, MENU, FILE)
-# and photographs its windows with ImageMagick. Nothing of the user's own desktop or settings
-# is touched: the program runs from a copy in a scratch folder, with its own ZORVIK.INI.
+# way a user would (POWER, the knobs, the cursors, STORE, PRINT with Page Setup, MENU with both
+# pages of Options, FILE with its menu, About and System Info, HELP) and photographs its windows
+# with ImageMagick. Nothing of the user's own desktop or settings is touched: the program runs
+# from a copy in a scratch folder, with its own ZORVIK.INI.
 #
 # Usage:
 #   scripts/manual-screenshots.sh [--build DIR] [--out DIR] [--keep]
@@ -17,10 +18,10 @@
 # installed by scripts/install-deps.sh. Build first (this also puts the manual in build/Help):
 #   cmake --build build --target zorvik zorvik-probe
 #
-# A picture whose window does not open in this build (for example a dialog that a button does
-# not open yet) is reported as skipped and left as it is. A new picture must be listed in
-# help/CMakeLists.txt and shown on a page: the manual's tests check both. Run the script from
-# the repository's top folder; it takes about half a minute.
+# A picture whose window does not open is reported as skipped and the old picture is left as it
+# is. A new picture must be listed in help/CMakeLists.txt and shown on a page: the manual's
+# tests check both. Run the script from the repository's top folder; it takes about half a
+# minute.
 set -eu
 
 BUILD=build
@@ -108,6 +109,13 @@ new_window() {
     new_window_now "$1"
 }
 window_closed() { ! all_windows | grep -qx "$1"; }
+# A dropped-down menu has no title: it is found as a new window of the program.
+program_windows() { xdotool search --onlyvisible --classname zorvik 2>/dev/null | sort; }
+new_popup_now() { comm -13 <(echo "$1") <(program_windows) | head -n 1 | grep .; }
+new_popup() {
+    until_ok "${2:-3}" new_popup_now "$1" >/dev/null || return 1
+    new_popup_now "$1"
+}
 click() { xdotool mousemove --window "$1" "$2" "$3" click 1; }
 # Takes the keyboard focus away from the program, so that no control shows its focus frame.
 unfocus() {
@@ -138,15 +146,49 @@ save_png() {
         "$OUT/$name.png"
     echo "  $name.png"
 }
+# painted WINDOW: the window shows more than one flat colour (it has been drawn).
+painted() {
+    [ "$(import -window "$1" png:- 2>/dev/null |
+        convert - -format '%[fx:standard_deviation>0.01]' info:)" = 1 ]
+}
+# Without a window manager a new window can open below the one it belongs to: it is raised,
+# and photographed once it has been drawn.
+bring_up() {
+    xdotool windowraise "$1" 2>/dev/null || true
+    until_ok 5 painted "$1" || true
+}
 # shot WINDOW NAME [CROP]: saves the window (or the CROP "WxH+X+Y" of it) as OUT/NAME.png.
 shot() {
     local raw=$SCRATCH/$2.raw.png
+    bring_up "$1"
     import -window "$1" "$raw"
     if [ -n "${3:-}" ]; then
         save_png "$raw" "$2" -crop "$3" +repage
     else
         save_png "$raw" "$2"
     fi
+}
+# shot_together NAME WINDOW...: saves the part of the screen that the windows cover together
+# (a window with a menu dropped down from it) as OUT/NAME.png.
+shot_together() {
+    local name=$1 left=100000 top=100000 right=0 bottom=0 w X Y WIDTH HEIGHT
+    shift
+    for w in "$@"; do
+        eval "$(xdotool getwindowgeometry --shell "$w")"
+        [ "$X" -lt "$left" ] && left=$X
+        [ "$Y" -lt "$top" ] && top=$Y
+        [ $((X + WIDTH)) -gt "$right" ] && right=$((X + WIDTH))
+        [ $((Y + HEIGHT)) -gt "$bottom" ] && bottom=$((Y + HEIGHT))
+    done
+    import -window root -crop "$((right - left))x$((bottom - top))+$left+$top" +repage \
+        "$SCRATCH/$name.raw.png"
+    save_png "$SCRATCH/$name.raw.png" "$name"
+}
+# escape_closes WINDOW: presses Esc in the window; true once the window has closed.
+escape_closes() {
+    xdotool windowfocus --sync "$1" key Escape 2>/dev/null || true
+    sleep 0.2
+    window_closed "$1"
 }
 skipped() { echo "  $1.png skipped: $2"; }
 die() {
@@ -278,48 +320,57 @@ click "$MAIN" "${MENU[@]}"
 if OPTIONS=$(new_window "$BEFORE" 3); then
     unfocus
     shot "$OPTIONS" options-communications
-    xdotool windowfocus --sync "$OPTIONS" key ctrl+Tab
-    sleep 0.3
+    xdotool windowfocus --sync "$OPTIONS" key ctrl+Tab # the next page: Colors
     unfocus
     shot "$OPTIONS" options-colors
     xdotool windowfocus --sync "$OPTIONS" key Escape
     until_ok 5 window_closed "$OPTIONS" || true
 else
     skipped options-communications "MENU opened no window"
+    skipped options-colors "MENU opened no window"
 fi
 
-# FILE: the File window, and the About box from its menu.
+# FILE: the File window, the About box and System Info from its menu bar, and the File window
+# again with its File menu dropped down.
 BEFORE=$(all_windows)
 click "$MAIN" "${FILE[@]}"
 if FILEFORM=$(new_window "$BEFORE" 3); then
-    unfocus
-    shot "$FILEFORM" file
+    bring_up "$FILEFORM"
     BEFORE_ABOUT=$(all_windows)
     xdotool windowfocus --sync "$FILEFORM" key alt+a # "&About" on the File window's menu bar
     if ABOUT=$(new_window "$BEFORE_ABOUT" 3); then
-        sleep 0.3
         unfocus
         shot "$ABOUT" about
         BEFORE_INFO=$(all_windows)
-        xdotool windowfocus --sync "$ABOUT" key alt+s
+        xdotool windowfocus --sync "$ABOUT" key alt+s # "&System Info..."
         if INFO=$(new_window "$BEFORE_INFO" 3); then
-            sleep 0.3
             unfocus
             shot "$INFO" sysinfo
             xdotool windowfocus --sync "$INFO" key Escape
-            sleep 0.3
+            until_ok 5 window_closed "$INFO" || true
         else
             skipped sysinfo "System Info... opened no window"
         fi
         xdotool windowfocus --sync "$ABOUT" key Escape
-        sleep 0.3
+        until_ok 5 window_closed "$ABOUT" || true
     else
         skipped about "the File window's About opened no window"
     fi
-    xdotool windowfocus --sync "$FILEFORM" key Escape
-    sleep 0.3
+    bring_up "$FILEFORM"
+    BEFORE_MENU=$(program_windows)
+    xdotool windowfocus --sync "$FILEFORM" key alt+f
+    if FILEMENU=$(new_popup "$BEFORE_MENU" 3); then
+        until_ok 5 painted "$FILEMENU" || true
+        shot_together file "$FILEFORM" "$FILEMENU"
+    else
+        shot "$FILEFORM" file
+    fi
+    # Esc closes the menu, then leaves the menu bar, then closes the window.
+    until_ok 5 escape_closes "$FILEFORM" || die "the File window did not close"
 else
     skipped file "FILE opened no window"
+    skipped about "FILE opened no window"
+    skipped sysinfo "FILE opened no window"
 fi
 
 # HELP (acts when released): the manual in the help window.
