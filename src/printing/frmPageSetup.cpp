@@ -333,6 +333,16 @@ void frmPageSetup::cmdPrintSetup_Click() {
     activateWindow();
 }
 
+void frmPageSetup::reject() {
+    if (m_cancelling || !m_pageSettings) {
+        QDialog::reject();
+        return;
+    }
+    m_cancelling = true;
+    cmdCancel_Click();
+    m_cancelling = false;
+}
+
 void frmPageSetup::done(int result) {
     QDialog::done(result);
     m_pageSettings = nullptr;

@@ -37,6 +37,8 @@ public:
     PrintControl* pageSettings() const { return m_pageSettings; }
 
     void done(int result) override;
+    /// Escape and the window's close button act as the Cancel button.
+    void reject() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -73,6 +75,7 @@ private:
     QPushButton* cmdPreview = nullptr;
     QPushButton* cmdPrint = nullptr;
     QPushButton* cmdPrintSetup = nullptr;
+    bool m_cancelling = false;
 };
 
 } // namespace zorvik

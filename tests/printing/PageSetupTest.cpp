@@ -244,6 +244,19 @@ TEST_F(PageSetupTest, ScaleCarriesOnFromTheScaleShown) {
     EXPECT_FLOAT_EQ(services.EasyPrint1().PrintScale(), 60.0f);
 }
 
+TEST_F(PageSetupTest, EscapeActsAsCancelAndStillApplies) {
+    PrintingServices services;
+    PrintControl& control = services.EasyPrint1();
+    frmPageSetup form(services);
+    form.show();
+    child<QLineEdit>(form, "txtHeader")->setText(QStringLiteral("Typed header"));
+    QTest::keyClick(&form, Qt::Key_Escape);
+    EXPECT_TRUE(control.Cancel());
+    EXPECT_EQ(control.Header(), QStringLiteral("Typed header"));
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(form.result(), QDialog::Rejected);
+}
+
 TEST_F(PageSetupTest, CancelStillAppliesScaleHeaderFooterAndUnit) {
     PrintingServices services;
     PrintControl& control = services.EasyPrint1();
