@@ -14,9 +14,10 @@ struct Options {
     int lineSeconds = 30;    ///< streaming at the line rate, for the processor time
     int latencySeconds = 60; ///< frames timed from the wire to the screen
     int unpacedFrames = 50000;
-    int fileRounds = 20;  ///< saves and loads of a .wdf
-    QString probeProgram; ///< zorvik-probe; default: beside the harness
-    QString self;         ///< this program, for the start-up runs
+    int fileRounds = 20;        ///< saves and loads of a .wdf
+    bool profileEvents = false; ///< print where the processor time goes while streaming
+    QString probeProgram;       ///< zorvik-probe; default: beside the harness
+    QString self;               ///< this program, for the start-up runs
 };
 
 /// Start-up to the first painted panel and peak memory, over `runs` fresh processes.

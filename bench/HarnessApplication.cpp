@@ -26,14 +26,14 @@ qint64 threadCpuNs() {
 
 namespace {
 
-QString describe(QObject* receiver, QEvent::Type type) {
+QString describe(const QMetaObject* receiverClass, const QString& receiverName, QEvent::Type type) {
     const QString typeName =
         QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(static_cast<int>(type)));
     QString who = QStringLiteral("?");
-    if (receiver) {
-        who = QString::fromLatin1(receiver->metaObject()->className());
-        if (!receiver->objectName().isEmpty())
-            who += QLatin1Char('(') + receiver->objectName() + QLatin1Char(')');
+    if (receiverClass) {
+        who = QString::fromLatin1(receiverClass->className());
+        if (!receiverName.isEmpty())
+            who += QLatin1Char('(') + receiverName + QLatin1Char(')');
     }
     return (typeName.isEmpty() ? QString::number(static_cast<int>(type)) : typeName) +
            QStringLiteral(" to ") + who;
@@ -71,6 +71,7 @@ void reportStall(const QString& key, const QString& what) {
 void HarnessApplication::resetCounts() {
     m_longest = {};
     m_mostCpu = {};
+    m_costs.clear();
     m_timerEvents = 0;
     m_wakeUps = 0;
     m_timerReceivers.clear();
@@ -80,6 +81,21 @@ QStringList HarnessApplication::timerReceivers() const {
     QStringList list;
     for (const auto& [who, count] : m_timerReceivers)
         list.append(QStringLiteral("%1 x%2").arg(who).arg(count));
+    return list;
+}
+
+QStringList HarnessApplication::processorTimeByEvent(int top) const {
+    std::vector<EventCost> costs = m_costs;
+    std::sort(costs.begin(), costs.end(),
+              [](const EventCost& a, const EventCost& b) { return a.cpuNs > b.cpuNs; });
+    QStringList list;
+    for (int i = 0; i < top && i < static_cast<int>(costs.size()); ++i) {
+        const EventCost& c = costs[static_cast<std::size_t>(i)];
+        list.append(QStringLiteral("%1 ms in %2 x %3")
+                        .arg(static_cast<double>(c.cpuNs) / 1e6, 0, 'f', 1)
+                        .arg(c.count)
+                        .arg(c.what));
+    }
     return list;
 }
 
@@ -94,7 +110,7 @@ bool HarnessApplication::notify(QObject* receiver, QEvent* event) {
     if ((type == QEvent::Timer || type == QEvent::ZeroTimerEvent) &&
         !receiver->objectName().startsWith(QLatin1String("harness-"))) {
         ++m_timerEvents;
-        const QString who = describe(receiver, type);
+        const QString who = describe(receiver->metaObject(), receiver->objectName(), type);
         auto it = std::find_if(m_timerReceivers.begin(), m_timerReceivers.end(),
                                [&](const auto& entry) { return entry.first == who; });
         if (it == m_timerReceivers.end())
@@ -110,8 +126,12 @@ bool HarnessApplication::notify(QObject* receiver, QEvent* event) {
     d.startNs = nowNs();
     d.loopLevel = static_cast<int>(QThread::currentThread()->loopLevel());
     d.counted = m_stack.empty() || m_stack.back().loopLevel < d.loopLevel;
-    if (d.counted && m_cpuAccounting)
-        d.startCpuNs = threadCpuNs();
+    if (d.counted) {
+        d.receiverClass = receiver->metaObject();
+        d.receiverName = receiver->objectName();
+        if (m_cpuAccounting)
+            d.startCpuNs = threadCpuNs();
+    }
     if (d.counted && !m_stack.empty()) {
         for (Dispatch& outer : m_stack)
             outer.nestedLoop = true;
@@ -122,19 +142,30 @@ bool HarnessApplication::notify(QObject* receiver, QEvent* event) {
     m_stack.pop_back();
     if (type == QEvent::Paint && receiver == m_watched && m_watched)
         m_watchedPainted = true;
-    finishDispatch(done, receiver, type);
+    finishDispatch(done, type);
     return result;
 }
 
-void HarnessApplication::finishDispatch(const Dispatch& d, QObject* receiver, QEvent::Type type) {
+void HarnessApplication::finishDispatch(const Dispatch& d, QEvent::Type type) {
     if (!d.counted)
         return;
     const qint64 end = nowNs();
     const qint64 cpu = m_cpuAccounting ? threadCpuNs() - d.startCpuNs : -1;
     if (!d.nestedLoop && end - d.startNs > m_longest.ns)
-        m_longest = {end - d.startNs, cpu, describe(receiver, type)};
+        m_longest = {end - d.startNs, cpu, describe(d.receiverClass, d.receiverName, type)};
     if (!d.nestedLoop && cpu > m_mostCpu.cpuNs)
-        m_mostCpu = {end - d.startNs, cpu, describe(receiver, type)};
+        m_mostCpu = {end - d.startNs, cpu, describe(d.receiverClass, d.receiverName, type)};
+    if (cpu >= 0 && !d.nestedLoop) {
+        const QString what = describe(d.receiverClass, d.receiverName, type);
+        auto it = std::find_if(m_costs.begin(), m_costs.end(),
+                               [&](const EventCost& c) { return c.what == what; });
+        if (it == m_costs.end())
+            m_costs.push_back({what, 1, cpu});
+        else {
+            ++it->count;
+            it->cpuNs += cpu;
+        }
+    }
     if (m_watchedPainted && m_paintDone) {
         m_watchedPainted = false;
         m_paintDone(end);

@@ -45,6 +45,9 @@ public:
     const Stall& mostProcessorTime() const { return m_mostCpu; }
     /// Measures the processor time of every event too (two system calls per event).
     void setCpuAccounting(bool on) { m_cpuAccounting = on; }
+    /// With processor time measured: the events that took the most of it since resetCounts(),
+    /// by event type and receiver, as "count x, total ms".
+    QStringList processorTimeByEvent(int top) const;
     /// Timer events handed out since resetCounts(), except the harness's own (for objects
     /// named "harness-...").
     int timerEvents() const { return m_timerEvents; }
@@ -62,10 +65,13 @@ private:
         qint64 startNs = 0;
         qint64 startCpuNs = 0;
         int loopLevel = 0;
+        // Taken before the event is handled: the receiver may be deleted while handling it.
+        const QMetaObject* receiverClass = nullptr;
+        QString receiverName;
         bool counted = false;    ///< the first dispatch of its event loop (not a nested send)
         bool nestedLoop = false; ///< an event loop ran inside it: not a stall of this loop
     };
-    void finishDispatch(const Dispatch& d, QObject* receiver, QEvent::Type type);
+    void finishDispatch(const Dispatch& d, QEvent::Type type);
 
     std::vector<Dispatch> m_stack;
     Stall m_longest;
@@ -74,6 +80,12 @@ private:
     int m_timerEvents = 0;
     int m_wakeUps = 0;
     std::vector<std::pair<QString, int>> m_timerReceivers;
+    struct EventCost {
+        QString what;
+        int count = 0;
+        qint64 cpuNs = 0;
+    };
+    std::vector<EventCost> m_costs;
     QPointer<QWidget> m_watched;
     std::function<void(qint64)> m_paintDone;
     bool m_watchedPainted = false;

@@ -10,13 +10,11 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <spawn.h>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-
-extern char** environ;
 
 namespace zorvik::harness {
 
@@ -118,12 +116,16 @@ ProbeProcess::ProbeProcess(const QString& program, const QStringList& arguments,
         argv.push_back(a.data());
     argv.push_back(nullptr);
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    const int rc = ::posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (rc != 0)
+    m_pid = ::fork();
+    if (m_pid == 0) {
+        // The probe ends with the harness, even when the harness is killed or crashes.
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        const int devNull = ::open("/dev/null", O_WRONLY);
+        ::dup2(devNull, STDOUT_FILENO);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
+    }
+    if (m_pid < 0)
         throw std::runtime_error("cannot start " + args[0]);
     for (int waited = 0; waited < 5000; waited += 10) {
         if (QFileInfo::exists(m_link))

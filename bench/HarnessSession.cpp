@@ -83,7 +83,7 @@ int measureSession(const Options& options) {
     }
 
     // The real line rate, at the default window size.
-    app.setCpuAccounting(false);
+    app.setCpuAccounting(options.profileEvents);
     runFor(500);
     app.resetCounts();
     const int frames0 = frames;
@@ -108,6 +108,11 @@ int measureSession(const Options& options) {
     result("line_wakeups_per_s", app.wakeUps() / wall, "wake-ups/s",
            "event-loop wake-ups per second at the line rate");
     reportStall("line_stall_ms", "longest event-loop stall while streaming at the line rate");
+    if (options.profileEvents) {
+        detail(QStringLiteral("processor time by event, %1 s at the line rate:").arg(wall));
+        for (const QString& line : app.processorTimeByEvent(12))
+            detail(QStringLiteral("  ") + line);
+    }
 
     // STORE takes a reference; it is saved to a .wdf and loaded back, over and over.
     runAsEvent([&] { w.CWBStoreRef->setValue(true); });
