@@ -28,10 +28,13 @@ FormatDispDataResult FormatDispData(const HardwareState& state, const RawSamples
     result.sbrSampleRate = "Sample Rate: " + values.strSampleRate;
 
     // Count 31 is 0 V. The product is rounded to single precision, as the volts are kept.
-    for (std::size_t i = 0; i < kSamplesPerFrame; ++i) {
-        const auto counts = static_cast<float>(static_cast<int>(bytRawData[i]) - 31);
-        result.sngChaVolts[i] = counts * values.sngVoltsPerCount;
-    }
+    // The scale and the samples are taken into locals first: nothing the loop writes can then
+    // change what it reads, so it works on whole vectors of samples at a time.
+    const float voltsPerCount = values.sngVoltsPerCount;
+    const RawSamples counts = bytRawData;
+    for (std::size_t i = 0; i < kSamplesPerFrame; ++i)
+        result.sngChaVolts[i] =
+            static_cast<float>(static_cast<int>(counts[i]) - 31) * voltsPerCount;
     return result;
 }
 

@@ -1,6 +1,8 @@
 // The receive cycle: two-byte probes, the four sync cases, the read of the frame's rest.
 #include "instrument/ReceiveMachine.h"
 
+#include <algorithm>
+
 namespace zorvik {
 
 namespace {
@@ -134,18 +136,17 @@ ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
 }
 
 bool ReceiveMachine::copySamples(int first, int last) {
+    // Samples are copied from r[first] on, one slot after the other, until the 128th or the
+    // guard: an index above (highest index - 2) marks the frame short, keeping the samples
+    // copied before it. The samples are copied as one block, which is what makes the receive
+    // cycle cheap per frame.
     const int highest = static_cast<int>(Value.size()) - 1;
-    intFrameIndex = 1;
-    for (int i = first; i <= last; ++i) {
-        if (i > highest - 2)
-            return false;
-        bytRawData[static_cast<std::size_t>(intFrameIndex - 1)] =
-            Value[static_cast<std::size_t>(i)];
-        ++intFrameIndex;
-        if (intFrameIndex > static_cast<int>(kSamplesPerFrame))
-            break;
-    }
-    return true;
+    const int wanted = std::min(last - first + 1, static_cast<int>(kSamplesPerFrame));
+    const int available = std::clamp(highest - 2 - first + 1, 0, wanted);
+    if (available > 0)
+        std::copy_n(Value.begin() + first, available, bytRawData.begin());
+    intFrameIndex = 1 + available;
+    return available == wanted;
 }
 
 } // namespace zorvik

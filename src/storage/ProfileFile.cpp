@@ -143,31 +143,42 @@ std::int32_t ProfileFile::writePrivateProfileString(const OptionalText& section,
     const std::filesystem::path file = toPath(path);
     if (!section || file.empty())
         return 0;
-    const std::string_view sectionName = trimSpaces(cString(*section));
-    const AtomicFile::Contents contents = AtomicFile::read(file);
+    AtomicFile::Contents contents = AtomicFile::read(file);
     if (contents.status == AtomicFile::Status::NotAFile)
         return 0;
-    const bool missing = contents.status == AtomicFile::Status::Missing;
-
-    std::optional<std::string> updated;
-    if (!key) {
-        updated = missing ? std::optional<std::string>(std::string())
-                          : ProfileEditor::deleteSection(contents.bytes, sectionName);
-    } else if (!value) {
-        updated = missing ? std::optional<std::string>(std::string())
-                          : ProfileEditor::deleteKey(contents.bytes, sectionName,
-                                                     trimSpaces(cString(*key)));
-    } else {
-        const std::string_view keyName = trimSpaces(cString(*key));
-        const std::string_view text = cString(*value);
-        updated = missing ? ProfileEditor::newFile(sectionName, keyName, text)
-                          : ProfileEditor::setKey(contents.bytes, sectionName, keyName, text);
-    }
+    const std::optional<std::string> existing =
+        contents.status == AtomicFile::Status::Missing
+            ? std::nullopt
+            : std::optional<std::string>(std::move(contents.bytes));
+    const std::optional<std::string> updated = editText(existing, section, key, value);
     // Deleting what is not there leaves the file alone (its time stamp too). A value is
     // always written, even an unchanged one, so that a read-only file reports failure.
     if (!updated)
         return 1;
     return AtomicFile::replace(file, *updated) ? 1 : 0;
+}
+
+std::optional<std::string> ProfileFile::editText(const std::optional<std::string>& contents,
+                                                 const OptionalText& section,
+                                                 const OptionalText& key,
+                                                 const OptionalText& value) {
+    if (!section)
+        return std::nullopt;
+    const std::string_view sectionName = trimSpaces(cString(*section));
+    const bool missing = !contents;
+    if (!key) {
+        return missing ? std::optional<std::string>(std::string())
+                       : ProfileEditor::deleteSection(*contents, sectionName);
+    }
+    if (!value) {
+        return missing
+                   ? std::optional<std::string>(std::string())
+                   : ProfileEditor::deleteKey(*contents, sectionName, trimSpaces(cString(*key)));
+    }
+    const std::string_view keyName = trimSpaces(cString(*key));
+    const std::string_view text = cString(*value);
+    return missing ? ProfileEditor::newFile(sectionName, keyName, text)
+                   : ProfileEditor::setKey(*contents, sectionName, keyName, text);
 }
 
 } // namespace zorvik

@@ -59,6 +59,14 @@ public:
                                                   const OptionalText& key,
                                                   const OptionalText& value,
                                                   const std::string& path);
+
+    /// What writePrivateProfileString does to the text of a file, without the file: the new
+    /// text for a file holding `contents` (std::nullopt: no file yet), or std::nullopt when the
+    /// write changes nothing (deleting what is not there, or a NULL section). Lets a caller
+    /// make several changes in memory and then replace the file once.
+    static std::optional<std::string> editText(const std::optional<std::string>& contents,
+                                               const OptionalText& section, const OptionalText& key,
+                                               const OptionalText& value);
 };
 
 } // namespace zorvik

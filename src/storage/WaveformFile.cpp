@@ -2,68 +2,45 @@
 #include "storage/WaveformFile.h"
 
 #include "storage/AtomicFile.h"
+#include "storage/ProfileFile.h"
 #include "storage/VbConvert.h"
 #include "storage/WaveformSamples.h"
 
-#include <atomic>
+#include <algorithm>
 #include <exception>
-#include <filesystem>
-#include <random>
+#include <optional>
 
 namespace zorvik {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-/// A file in the system's temporary folder that the save builds the new contents in; removed
-/// when the save ends, whatever the outcome.
-class ScratchFile {
+/// The file's new contents, built in memory key after key by the profile engine's own rules
+/// for a write, so the result is exactly what writing each key to the file would leave.
+class NewContents {
 public:
-    ScratchFile() {
-        static std::atomic<unsigned> counter{0};
-        std::error_code ec;
-        const fs::path folder = fs::temp_directory_path(ec);
-        if (ec)
-            return;
-        for (int attempt = 0; attempt < 100; ++attempt) {
-            const fs::path candidate =
-                folder / ("zorvik-save-" + std::to_string(std::random_device{}()) + "-" +
-                          std::to_string(++counter) + ".wdf");
-            if (!fs::exists(candidate, ec) && !ec) {
-                path_ = candidate;
-                return;
-            }
-        }
-    }
-    ~ScratchFile() {
-        if (path_.empty())
-            return;
-        std::error_code ec;
-        fs::remove(path_, ec);
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
+    explicit NewContents(std::optional<std::string> existing) : text_(std::move(existing)) {}
 
-    const fs::path& path() const { return path_; }
+    /// Writes `value` to the Key in the Section that `ini` is set to, as cInifile's Value does:
+    /// NULs removed first.
+    void write(const cInifile& ini, std::string value) {
+        value.erase(std::remove(value.begin(), value.end(), '\0'), value.end());
+        if (auto edited = ProfileFile::editText(text_, ini.Section(), ini.Key(), value))
+            text_ = std::move(*edited);
+    }
+    const std::string& text() const { return *text_; }
 
 private:
-    fs::path path_;
+    std::optional<std::string> text_;
 };
 
-/// Writes one key; false when the write failed or its value could not be made.
-template <typename MakeText> bool writeKey(cInifile& ini, const char* key, MakeText makeText) {
-    ini.setKey(key);
-    std::string text = makeText();
-    ini.setValue(text);
-    return ini.Success();
-}
-
-/// Every key of the file, in file order, into the file `ini` points at.
-bool writeKeys(cInifile& ini, const WaveformTarget& source) {
+/// Every key of the file, in file order, into `contents`; `ini` is set to each section and key
+/// in turn.
+void writeKeys(cInifile& ini, NewContents& contents, const WaveformTarget& source) {
     using namespace VbConvert;
-    bool ok = true;
-    auto key = [&](const char* name, auto makeText) { ok = ok && writeKey(ini, name, makeText); };
+    auto key = [&](const char* name, auto makeText) {
+        ini.setKey(name);
+        contents.write(ini, makeText());
+    };
 
     ini.setSection("APPLICATION");
     key("Name", [] { return std::string(WaveformFile::kName); });
@@ -95,7 +72,6 @@ bool writeKeys(cInifile& ini, const WaveformTarget& source) {
     key("Triggerlevel", [&] { return longToText(s.bytTriggerLvl); });
     key("Timebase", [&] { return longToText(s.bytTimebaseDef); });
     key("Triggerdef", [&] { return longToText(s.bytTriggerDef); });
-    return ok;
 }
 
 /// Reads one key of the current section; `apply` runs only for a value that is not empty.
@@ -156,35 +132,25 @@ bool WaveformFile::hasWaveformExtension(std::string_view path) {
     return last == "WDF";
 }
 
-// The new contents are built in a scratch copy of the file and then put in its place in one
-// atomic step, so a save that fails half-way (a read-only file or folder, a full disk, the
-// program killed) leaves the file exactly as it was: never half old and half new.
+// The new contents are built in memory from the file as it stands and then put in its place in
+// one atomic step, made safe on disk once, so a save that fails half-way (a read-only file or
+// folder, a full disk, the program killed) leaves the file exactly as it was: never half old
+// and half new.
 bool WaveformFile::SaveWaveformFile(cInifile& ini, const std::string& path,
                                     const WaveformTarget& source) {
     ini.setPath(path);
     if (path.empty())
         return false;
     try {
-        const AtomicFile::Contents existing = AtomicFile::read(path);
+        AtomicFile::Contents existing = AtomicFile::read(path);
         if (existing.status == AtomicFile::Status::NotAFile)
             return false;
-        const ScratchFile scratch;
-        if (scratch.path().empty())
-            return false;
-        if (existing.status == AtomicFile::Status::Read &&
-            !AtomicFile::replace(scratch.path(), existing.bytes))
-            return false;
-        ini.setPath(scratch.path().string());
-        const bool written = writeKeys(ini, source);
-        ini.setPath(path);
-        if (!written)
-            return false;
-        const AtomicFile::Contents updated = AtomicFile::read(scratch.path());
-        if (updated.status != AtomicFile::Status::Read)
-            return false;
-        return AtomicFile::replace(path, updated.bytes);
+        NewContents contents(existing.status == AtomicFile::Status::Read
+                                 ? std::optional<std::string>(std::move(existing.bytes))
+                                 : std::nullopt);
+        writeKeys(ini, contents, source);
+        return AtomicFile::replace(path, contents.text());
     } catch (const std::exception&) {
-        ini.setPath(path);
         return false;
     }
 }

@@ -36,10 +36,16 @@ ScopeGraph::ScopeGraph(QWidget* parent) : QCustomPlot(parent) {
     layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
     mPaintBuffers.append(QSharedPointer<QCPAbstractPaintBuffer>(
         new OpaquePaintBuffer(viewport().size(), bufferDevicePixelRatio())));
+    // QCustomPlot's own axes and legend never show: the graticule is drawn by the graph
+    // itself. They are kept from working out tick marks, tick labels and legend texts at every
+    // redraw, which would otherwise cost more than drawing the traces.
     for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
         axis->setVisible(false);
         axis->grid()->setVisible(false);
+        axis->setTicks(false);
+        axis->setTickLabels(false);
     }
+    setAutoAddPlottableToLegend(false);
     m_xLimits = AxisLimits{xAxis, 0.0, 10.0};
     m_yLimits = AxisLimits{yAxis, -4.0, 4.0};
     xAxis->setRange(0.0, 10.0);
