@@ -4,7 +4,9 @@
 #include "storage/AtomicFile.h"
 #include "storage/VbConvert.h"
 
+#include <cstdio>
 #include <exception>
+#include <random>
 #include <utility>
 
 namespace zorvik {
@@ -54,6 +56,62 @@ std::int32_t wholeNumber(const std::string& text) {
     return VbConvert::roundToLong(VbConvert::leadingNumber(text));
 }
 
+// A copy of the settings file in the system's temporary folder that the save writes its keys
+// into, key by key as ever; the whole copy then replaces the file in one step. A crash or a
+// kill in the middle of the save thus leaves the previous settings whole, never a mixture.
+// The copy is removed when the save is done.
+class ScratchCopy {
+public:
+    explicit ScratchCopy(const std::filesystem::path& file) {
+        namespace fs = std::filesystem;
+        const AtomicFile::Contents contents = AtomicFile::read(file);
+        if (contents.status == AtomicFile::Status::NotAFile || !AtomicFile::canReplace(file))
+            return; // the save fails key by key, as a direct write does
+        m_existed = contents.status == AtomicFile::Status::Read;
+        std::error_code ec;
+        const fs::path folder = fs::temp_directory_path(ec);
+        if (ec)
+            return;
+        std::random_device random;
+        for (int attempt = 0; attempt < 100 && m_path.empty(); ++attempt) {
+            const fs::path candidate =
+                folder / ("zorvik-settings-" + std::to_string(random()) + ".ini");
+            // "x": created here and now, never an existing file.
+            if (std::FILE* f = std::fopen(candidate.string().c_str(), "wbx")) {
+                const bool written = std::fwrite(contents.bytes.data(), 1, contents.bytes.size(),
+                                                 f) == contents.bytes.size();
+                if (std::fclose(f) == 0 && written)
+                    m_path = candidate;
+                else
+                    fs::remove(candidate, ec);
+            }
+        }
+    }
+    ~ScratchCopy() {
+        std::error_code ec;
+        if (!m_path.empty())
+            std::filesystem::remove(m_path, ec);
+    }
+    ScratchCopy(const ScratchCopy&) = delete;
+    ScratchCopy& operator=(const ScratchCopy&) = delete;
+
+    /// Empty when the save goes straight to the file.
+    const std::filesystem::path& path() const { return m_path; }
+
+    /// Replaces `file` with the copy in one step. A file that was not there comes into being
+    /// only when at least one key was written.
+    bool commit(const std::filesystem::path& file) const {
+        const AtomicFile::Contents copy = AtomicFile::read(m_path);
+        if (copy.status != AtomicFile::Status::Read || (!m_existed && copy.bytes.empty()))
+            return false;
+        return AtomicFile::replace(file, copy.bytes);
+    }
+
+private:
+    std::filesystem::path m_path;
+    bool m_existed = false;
+};
+
 } // namespace
 
 std::filesystem::path SettingsFile::location(const std::filesystem::path& programFolder,
@@ -67,7 +125,8 @@ std::filesystem::path SettingsFile::location(const std::filesystem::path& progra
 
 void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsPanel& panel) {
     using namespace VbConvert;
-    ini.setPath(path);
+    const ScratchCopy scratch(path);
+    ini.setPath(scratch.path().empty() ? path : scratch.path().string());
 
     ini.setSection("SETTINGS");
     writeKey(ini, "Hscaleindex", [&] { return longToText(roundToLong(panel.timeRangeValue())); });
@@ -82,6 +141,10 @@ void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsP
     ini.setSection("BUTTONS");
     for (const auto& [key, button] : kButtons)
         writeKey(ini, key, [&] { return booleanToText(panel.button(button)); });
+
+    if (!scratch.path().empty())
+        scratch.commit(path);
+    ini.setPath(path);
 }
 
 void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& panel) {
