@@ -134,13 +134,15 @@ void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsP
     // The offset keeps its fraction: the shortest '.' text that reads back to the same number.
     writeKey(ini, "Chaoffset", [&] { return doubleToText(panel.chaOffsetValue()); });
 
+    // The loops name their pair's members rather than binding them, so that every C++20
+    // compiler (clang 14 too) lets the lambdas use them.
     ini.setSection("COLORS");
-    for (const auto& [key, colour] : kColours)
-        writeKey(ini, key, [&] { return longToText(panel.colour(colour)); });
+    for (const auto& entry : kColours)
+        writeKey(ini, entry.first, [&] { return longToText(panel.colour(entry.second)); });
 
     ini.setSection("BUTTONS");
-    for (const auto& [key, button] : kButtons)
-        writeKey(ini, key, [&] { return booleanToText(panel.button(button)); });
+    for (const auto& entry : kButtons)
+        writeKey(ini, entry.first, [&] { return booleanToText(panel.button(entry.second)); });
 
     if (!scratch.path().empty())
         scratch.commit(path);
@@ -157,13 +159,15 @@ void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& p
     readKey(ini, "Chaoffset", [&](const std::string& t) { panel.applyChaOffset(t); });
 
     ini.setSection("COLORS");
-    for (const auto& [key, colour] : kColours)
-        readKey(ini, key, [&](const std::string& t) { panel.setColour(colour, wholeNumber(t)); });
+    for (const auto& entry : kColours) {
+        readKey(ini, entry.first,
+                [&](const std::string& t) { panel.setColour(entry.second, wholeNumber(t)); });
+    }
 
     ini.setSection("BUTTONS");
-    for (const auto& [key, button] : kButtons) {
-        readKey(ini, key, [&](const std::string& t) {
-            panel.applyButton(button, VbConvert::textToBoolean(t));
+    for (const auto& entry : kButtons) {
+        readKey(ini, entry.first, [&](const std::string& t) {
+            panel.applyButton(entry.second, VbConvert::textToBoolean(t));
         });
     }
 }
