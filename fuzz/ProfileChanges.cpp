@@ -9,12 +9,14 @@ bool blank(char c) {
     return c == ' ' || c == '\t';
 }
 
-char firstNonBlank(std::string_view line) {
+/// The first character that is not a space or a tab; nothing for a blank line (a NUL byte is
+/// an ordinary character here).
+std::optional<char> firstNonBlank(std::string_view line) {
     for (const char c : line) {
         if (!blank(c))
             return c;
     }
-    return '\0';
+    return std::nullopt;
 }
 
 std::string show(std::string_view text) {
@@ -72,9 +74,8 @@ bool ProfileChanges::isHeader(std::string_view line) {
 }
 
 bool ProfileChanges::isEntry(std::string_view line) {
-    const char first = firstNonBlank(line);
-    return first != '\0' && first != ';' && first != '[' &&
-           line.find('=') != std::string_view::npos;
+    const std::optional<char> first = firstNonBlank(line);
+    return first && *first != ';' && *first != '[' && line.find('=') != std::string_view::npos;
 }
 
 std::optional<std::string>

@@ -62,3 +62,10 @@ TEST(ProfileChanges, LinesEndAtCrLfLfOrALoneCr) {
     EXPECT_EQ(ProfileChanges::firstLineBreak("x\ry\r\n"), "\r");
     EXPECT_EQ(ProfileChanges::firstLineBreak("no break"), "\r\n");
 }
+
+TEST(ProfileChanges, LineStartingWithANulByteIsAKeyLineAsTheEngineReadsIt) {
+    const std::string withNul("[a]\r\n\0k=v\r\n", 11);
+    EXPECT_TRUE(ProfileChanges::isEntry(std::string_view("\0k=v", 4)));
+    EXPECT_FALSE(ProfileChanges::isEntry("  \t"));
+    EXPECT_EQ(ProfileChanges::checkDeleteSection(withNul, ""), std::nullopt);
+}
