@@ -10,8 +10,8 @@ $SUDO apt-get install -y -qq --no-install-recommends \
     qt6-base-dev qt6-base-dev-tools libgl-dev qt6-serialport-dev \
     libqcustomplot-dev libqcustomplot2.1-qt6 \
     libgtest-dev libgmock-dev googletest libbenchmark-dev \
-    xvfb xauth x11-apps imagemagick poppler-utils locales \
-    clang-format fonts-dejavu-core xdotool \
+    xvfb xauth x11-apps x11-utils xdotool imagemagick poppler-utils locales \
+    clang-format fonts-dejavu-core \
     desktop-file-utils appstream man-db dpkg-dev \
     >/dev/null
 # A German locale for the tests that check number texts are locale independent.

@@ -65,7 +65,8 @@ void frmMain::Form_Load() {
     CWKTimeRange->setValueSilently(3);
     SetTimeScale();
 
-    // 4. The V-SCALE labels, the knob at position 1 and the vertical scale.
+    // 4. The V-SCALE labels, the knob at position 1 and the vertical scale. The graph needs
+    //    no display settings here: it always tracks its cursors and redraws on request.
     CWKChaLvl->setPositionLabels({"20 ", "10 ", "5 ", "2 ", "1 ", ".5 ", ".2 "});
     CWKChaLvl->setValueSilently(1);
     SetChaScale();

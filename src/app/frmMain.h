@@ -31,6 +31,7 @@ class PrintingServices;
 class cHTMLHelp;
 class class_Elastic;
 class OptionsHost;
+class frmFile;
 
 /// What the composition root hands the main window.
 struct MainWindowServices {
@@ -133,8 +134,11 @@ public:
     void CWBPrint_ValueChanged(bool Value);
     void CWGraph1_CursorChange(const QString& name);
 
-    /// Entry point of the window that FILE opens.
-    std::function<void(frmMain&)> openFileForm;
+    /// Entry points of the windows that FILE and MENU open.
+    std::function<void(frmMain&)> openFileForm = [](frmMain& w) { w.showFileForm(); };
+    std::function<void(frmMain&)> openOptionsForm = [](frmMain& w) { w.showOptionsForm(); };
+    /// Shows the options dialog modally (created on first use, loaded again each time).
+    void showOptionsForm();
 
     /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
     PrintingServices& printing() { return *printing_; }
@@ -144,6 +148,14 @@ public:
     void About(QWidget* owner);
     /// Path of the manual's first page: the program's folder, "Help", "index.html".
     QString helpFile() const;
+
+    /// The File form, created on first use and kept (with its current file) while the window
+    /// lives.
+    frmFile& fileForm();
+    /// Shows the File form modally, centred on the screen.
+    void showFileForm();
+    /// Loads a Waveform Data File as the reference trace, as File -> Open does.
+    void openWaveformFile(const QString& path);
 
     // Controls.
     ScopeGraph* CWGraph1 = nullptr;

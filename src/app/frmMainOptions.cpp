@@ -68,11 +68,16 @@ void frmMain::CWBMenu_ValueChanged(bool Value) {
         return;
     // The dialog opens from the event loop, after the press has been handled.
     QTimer::singleShot(0, this, [this] {
-        if (!optionsHost_)
-            optionsHost_ = std::make_unique<MainWindowOptions>(*this);
-        showOptions(this, *optionsHost_);
+        if (openOptionsForm)
+            openOptionsForm(*this);
         releaseAfterModal(CWBMenu);
     });
+}
+
+void frmMain::showOptionsForm() {
+    if (!optionsHost_)
+        optionsHost_ = std::make_unique<MainWindowOptions>(*this);
+    showOptions(this, *optionsHost_);
 }
 
 void frmMain::closePort() {

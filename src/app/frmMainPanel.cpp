@@ -13,12 +13,69 @@
 #include "widgets/ScopeGraph.h"
 #include "widgets/Slide.h"
 
+#include <QEvent>
 #include <QGroupBox>
+#include <QPointer>
 #include <QStatusBar>
 
 namespace zorvik {
 
 namespace {
+
+/// Gives the status bar and its panels the font of `source` whenever that changes. The elastic
+/// layout scales the fonts of the panel's controls with the window; the status bar, which the
+/// main window lays out itself, follows a caption of the panel designed in the same type.
+class FollowFont : public QObject {
+public:
+    FollowFont(QWidget* source, QWidget* target)
+        : QObject(target), source_(source), target_(target) {
+        source->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == source_ && event->type() == QEvent::FontChange && target_) {
+            target_->setFont(source_->font());
+            for (QLabel* panel : target_->findChildren<QLabel*>())
+                panel->setFont(source_->font());
+        }
+        return false;
+    }
+
+private:
+    QPointer<QWidget> source_;
+    QPointer<QWidget> target_;
+};
+
+/// Keeps a frame's caption sitting across the frame's top line at every type size: the space
+/// above the frame and the caption's indent follow the frame's font, which the elastic layout
+/// scales with the window.
+class CaptionFollowsFont : public QObject {
+public:
+    explicit CaptionFollowsFont(QGroupBox* frame) : QObject(frame), frame_(frame) {
+        frame->installEventFilter(this);
+        apply();
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == frame_ && event->type() == QEvent::FontChange)
+            apply();
+        return false;
+    }
+
+private:
+    void apply() {
+        const int half = (QFontMetrics(frame_->font()).height() + 1) / 2;
+        if (half == applied_)
+            return; // the style sheet below leaves the font alone, so this does not recur
+        applied_ = half;
+        frame_->setStyleSheet(QString("QGroupBox { margin-top: %1px; }"
+                                      " QGroupBox::title { left: %2px; padding: 0 %3px; }")
+                                  .arg(half)
+                                  .arg(half + 2)
+                                  .arg(qMax(3, half / 3)));
+    }
+
+    QGroupBox* frame_;
+    int applied_ = -1;
+};
 
 /// Gives a control its name and accessible name, places it and marks it for the elastic
 /// layout.
@@ -34,6 +91,7 @@ template <typename W> W* place(W* w, const char* name, const QString& accessible
 QGroupBox* frame(QWidget* parent, const char* name, const QString& title, QRect r) {
     auto* f = place(new QGroupBox(title, parent), name, title, r);
     f->setFlat(false);
+    new CaptionFollowsFont(f);
     return f;
 }
 
@@ -54,8 +112,8 @@ void applyPanelLook(QWidget* panel) {
     panel->setAutoFillBackground(true);
     panel->setStyleSheet(
         "QGroupBox { color: rgb(236,236,228); border: 1px solid rgb(96,100,108);"
-        " border-radius: 6px; margin-top: 7px; }"
-        "QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 3px; }"
+        " border-radius: 6px; }"
+        "QGroupBox::title { subcontrol-origin: margin; }"
         "QLabel { color: rgb(236,236,228); }"
         "QLabel[readout=\"true\"] { color: rgb(120,255,120); background: rgb(8,20,10);"
         " border: 1px solid rgb(70,74,80); border-radius: 3px; }");
@@ -88,7 +146,8 @@ void frmMain::buildPanel() {
     CWSPan = place(new Slide(Qt::Horizontal, panel), "CWSPan", "PAN", {10, 342, 496, 32});
     CWSPan->setRange(0, 100);
     CWSPan->setSteps(0.5, 10);
-    label(panel, "lblPan", "PAN", {510, 350, 40, 16}, Qt::AlignLeft | Qt::AlignVCenter);
+    QLabel* lblPan =
+        label(panel, "lblPan", "PAN", {510, 350, 40, 16}, Qt::AlignLeft | Qt::AlignVCenter);
 
     // Cursor readouts.
     const char* headings[] = {"VOLTS", "TIME", "FREQUENCY"};
@@ -198,6 +257,7 @@ void frmMain::buildPanel() {
     bar->setStyleSheet("QStatusBar { background: rgb(28,30,33); }"
                        "QStatusBar QLabel { color: rgb(236,236,228); padding: 0 6px; }");
     setStatusBar(bar);
+    new FollowFont(lblPan, bar);
     QLabel** panels[] = {&sbrBaudRate, &sbrComPort, &sbrSampleRate};
     const char* keys[] = {"sbrBaudRate", "sbrComPort", "sbrSampleRate"};
     for (int i = 0; i < 3; ++i) {

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QStandardPaths>
+#include <QTimer>
+#include <QUrl>
 #include <memory>
 #include <system_error>
 
@@ -33,6 +35,8 @@ int main(int argc, char** argv) {
     parser.addVersionOption();
     QCommandLineOption demo("demo", "Start with a virtual probe on COM1 (no hardware needed).");
     parser.addOption(demo);
+    parser.addPositionalArgument(
+        "file", "A Waveform Data File (.wdf) to show as the reference trace.", "[file]");
     parser.process(app);
 
     // The settings file lives beside the program, or in the user's configuration folder when
@@ -78,5 +82,15 @@ int main(int argc, char** argv) {
     frmMain window(services);
     window.Form_Load();
     window.show();
+
+    // A file named on the command line (a file manager opening a .wdf) is loaded once the
+    // window is up, by the same rules and with the same messages as File -> Open.
+    if (!parser.positionalArguments().isEmpty()) {
+        QString file = parser.positionalArguments().constFirst();
+        if (file.startsWith("file:"))
+            file = QUrl(file).toLocalFile();
+        file = QFileInfo(file).absoluteFilePath();
+        QTimer::singleShot(0, &window, [&window, file] { window.openWaveformFile(file); });
+    }
     return QApplication::exec();
 }

@@ -1,8 +1,10 @@
 // The scope's graph: named traces, axes in divisions, a graticule and four draggable cursors.
 #include "widgets/ScopeGraph.h"
 
+#include "widgets/GraphBackdrop.h"
 #include "widgets/GraphCursors.h"
 #include "widgets/GraticuleLayer.h"
+#include "widgets/OpaquePaintBuffer.h"
 #include "widgets/PanelLook.h"
 
 #include <QPainter>
@@ -21,10 +23,19 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 ScopeGraph::ScopeGraph(QWidget* parent) : QCustomPlot(parent) {
     PanelLook::setUpControl(this);
     setMouseTracking(true);
-    setBackground(QBrush(PanelLook::panelColor()));
     axisRect()->setAutoMargins(QCP::msNone);
     axisRect()->setMargins(QMargins(kPlotMargin, kPlotMargin, kPlotMargin, kPlotMargin));
-    axisRect()->setBackground(QBrush(m_plotAreaColor));
+    // The backdrop paints the margin and the plot area at the bottom of one opaque picture;
+    // the widget and the axis rect paint no background of their own, and the cursors share
+    // that picture instead of keeping a transparent one of their own to blend on top.
+    setBackground(Qt::NoBrush);
+    axisRect()->setBackground(Qt::NoBrush);
+    m_backdrop = new GraphBackdrop(this);
+    m_backdrop->setMarginColor(PanelLook::panelColor());
+    m_backdrop->setAreaColor(m_plotAreaColor);
+    layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
+    mPaintBuffers.append(QSharedPointer<QCPAbstractPaintBuffer>(
+        new OpaquePaintBuffer(viewport().size(), bufferDevicePixelRatio())));
     for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
         axis->setVisible(false);
         axis->grid()->setVisible(false);
@@ -303,7 +314,7 @@ void ScopeGraph::setPlotAreaColor(const QColor& color) {
     if (!color.isValid())
         return;
     m_plotAreaColor = color;
-    axisRect()->setBackground(QBrush(color));
+    m_backdrop->setAreaColor(color);
     redraw();
 }
 

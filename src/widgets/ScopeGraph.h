@@ -10,6 +10,7 @@
 
 namespace zorvik {
 
+class GraphBackdrop;
 class GraphCursors;
 class GraticuleLayer;
 
@@ -121,6 +122,7 @@ private:
     double hitTolerance() const;
     void onReplotted();
 
+    GraphBackdrop* m_backdrop = nullptr;
     GraticuleLayer* m_graticule = nullptr;
     GraphCursors* m_cursors = nullptr;
     QHash<QString, QCPGraph*> m_plots;

@@ -5,12 +5,22 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <cmath>
+
 namespace zorvik {
 
 namespace {
 // Keyboard steps of a cursor, in divisions: a fifth (one graticule mark), a fiftieth with Shift.
 constexpr double kCursorStep = 0.2;
 constexpr double kCursorFineStep = 0.02;
+// Keyboard moves land on whole billionths of a division. Without this, steps add up rounding
+// residues: a cursor stepped back onto another would stand a hair beside it, and the readouts
+// would show a tiny time and an absurd frequency instead of a zero difference.
+constexpr double kCursorGrain = 1e9;
+
+double steppedPosition(double position, double delta) {
+    return std::round((position + delta) * kCursorGrain) / kCursorGrain;
+}
 } // namespace
 
 // A cursor is taken when the pointer is pressed within a few pixels of its line.
@@ -83,7 +93,7 @@ void ScopeGraph::keyPressEvent(QKeyEvent* event) {
         else if (!vertical && key == Qt::Key_Up)
             delta = step;
         if (delta != 0.0) {
-            moveCursorByUser(i, m_cursors->position(i) + delta);
+            moveCursorByUser(i, steppedPosition(m_cursors->position(i), delta));
             event->accept();
             return;
         }

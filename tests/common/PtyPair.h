@@ -3,7 +3,7 @@
 #pragma once
 
 #include <fcntl.h>
-#include <pty.h>
+#include <stdlib.h>
 #include <string>
 #include <termios.h>
 #include <unistd.h>
@@ -14,10 +14,22 @@ namespace zorvik::test {
 class PtyPair {
 public:
     PtyPair() {
-        int slave = -1;
+        // Both ends close on exec: a program the test starts must not keep them open, or a
+        // port the test closes would not vanish for it.
+        const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
         char name[256] = {};
-        if (openpty(&master_, &slave, name, nullptr, nullptr) != 0)
+        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0 ||
+            ptsname_r(master, name, sizeof name) != 0) {
+            if (master >= 0)
+                ::close(master);
             return;
+        }
+        const int slave = ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (slave < 0) {
+            ::close(master);
+            return;
+        }
+        master_ = master;
         termios t{};
         tcgetattr(slave, &t);
         cfmakeraw(&t);

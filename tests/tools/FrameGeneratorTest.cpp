@@ -38,12 +38,12 @@ TEST(FrameGenerator, FrameHasSyncSettingsSamplesReservedAndVoltmeterBytesAtTheir
     EXPECT_EQ(frame[4], 16);
     for (std::size_t i = 0; i < 128; ++i)
         EXPECT_EQ(frame[5 + i], i % 63) << i;
-    EXPECT_EQ(frame[133], 0);
+    EXPECT_EQ(frame[133], kReservedByte);
     EXPECT_EQ(frame[134], 1);
     EXPECT_EQ(frame[135], 2);
     EXPECT_EQ(frame[136], 3);
     EXPECT_EQ(frame[137], 0x85);
-    EXPECT_EQ(frame[138], 0);
+    EXPECT_EQ(frame[138], kReservedByte);
 }
 
 TEST(FrameGenerator, DefaultsAreTheDemoSetUp) {
@@ -233,27 +233,27 @@ TEST(FrameGenerator, NoiseIsDeterministicForASeedAndWithinItsAmplitude) {
 }
 
 TEST(FrameGenerator, VoltmeterShowsTheMeanWithTheResolutionOfTheRange) {
-    EXPECT_EQ(voltmeterBytes(0.0, 0x04), (std::array<std::uint8_t, 4>{0, 0, 0, 0x04}));
-    EXPECT_EQ(voltmeterBytes(-2.37, 0x04), (std::array<std::uint8_t, 4>{0, 2, 4, 0x05}));
-    EXPECT_EQ(voltmeterBytes(0.25, 0x00), (std::array<std::uint8_t, 4>{0, 2, 5, 0x02}));
-    EXPECT_EQ(voltmeterBytes(123.4, 0x08), (std::array<std::uint8_t, 4>{1, 2, 3, 0x00}));
-    EXPECT_EQ(voltmeterBytes(-0.004, 0x00), (std::array<std::uint8_t, 4>{0, 0, 0, 0x02}));
+    EXPECT_EQ(voltmeterBytes(0.0, 0x04), (std::array<std::uint8_t, 4>{'0', '0', '0', 0x44}));
+    EXPECT_EQ(voltmeterBytes(-2.37, 0x04), (std::array<std::uint8_t, 4>{'0', '2', '4', 0x45}));
+    EXPECT_EQ(voltmeterBytes(0.25, 0x00), (std::array<std::uint8_t, 4>{'0', '2', '5', 0x42}));
+    EXPECT_EQ(voltmeterBytes(123.4, 0x08), (std::array<std::uint8_t, 4>{'1', '2', '3', 0x40}));
+    EXPECT_EQ(voltmeterBytes(-0.004, 0x00), (std::array<std::uint8_t, 4>{'0', '0', '0', 0x42}));
 }
 
 TEST(FrameGenerator, VoltmeterOverRangeShowsNines) {
-    EXPECT_EQ(voltmeterBytes(12.0, 0x00), (std::array<std::uint8_t, 4>{9, 9, 9, 0x82}));
-    EXPECT_EQ(voltmeterBytes(-1500.0, 0x08), (std::array<std::uint8_t, 4>{9, 9, 9, 0x81}));
+    EXPECT_EQ(voltmeterBytes(12.0, 0x00), (std::array<std::uint8_t, 4>{'9', '9', '9', 0xC2}));
+    EXPECT_EQ(voltmeterBytes(-1500.0, 0x08), (std::array<std::uint8_t, 4>{'9', '9', '9', 0xC1}));
 }
 
 TEST(FrameGenerator, FrameCarriesTheVoltmeterReadingOfTheCoupledInput) {
     auto s = freeRun(Shape::Sine, 1.0, -2.37);
     auto bytes = FrameGenerator(s).next();
     EXPECT_EQ(std::vector<std::uint8_t>(bytes.begin() + 134, bytes.begin() + 138),
-              (std::vector<std::uint8_t>{0, 2, 4, 0x05}));
+              (std::vector<std::uint8_t>{'0', '2', '4', 0x45}));
     s.coupling = Coupling::Ac;
     bytes = FrameGenerator(s).next();
     EXPECT_EQ(std::vector<std::uint8_t>(bytes.begin() + 134, bytes.begin() + 138),
-              (std::vector<std::uint8_t>{0, 0, 0, 0x04}));
+              (std::vector<std::uint8_t>{'0', '0', '0', 0x44}));
 }
 
 TEST(FrameGenerator, VoltmeterBytesCanBeGivenAsTheyStand) {

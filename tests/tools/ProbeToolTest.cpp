@@ -107,11 +107,12 @@ TEST(ProbeTool, PrintsTheDeviceFirstAndEndsAFiniteRunWithStatus0) {
     ProbeProcess probe({"--frames", "3"});
     const std::string device = probe.firstLine(3s);
     ASSERT_EQ(device.rfind("/dev/", 0), 0u) << device;
+    const DeviceNode node = deviceNode(device);
     PtyReader reader(device);
     ASSERT_TRUE(reader.isOpen());
     EXPECT_EQ(reader.read(3 * 139, 3s), makeProbeBytes(ProbeSettings{}, 3));
     EXPECT_EQ(probe.exitStatus(3s), 0);
-    EXPECT_FALSE(pathExists(device));
+    EXPECT_FALSE(stillThere(node));
 }
 
 TEST(ProbeTool, SignalAndSwitchOptionsReachTheFrames) {
@@ -147,9 +148,10 @@ TEST(ProbeTool, SigtermEndsAnEndlessRunCleanly) {
         ProbeProcess probe({});
         const std::string device = probe.firstLine(3s);
         ASSERT_TRUE(pathExists(device)) << device;
+        const DeviceNode node = deviceNode(device);
         probe.signal(number);
         EXPECT_EQ(probe.exitStatus(2s), 0) << number;
-        EXPECT_FALSE(pathExists(device));
+        EXPECT_FALSE(stillThere(node));
     }
 }
 

@@ -149,10 +149,10 @@ TEST(PtyProbe, StopReturnsPromptly) {
     PtyProbe probe{ProbeStream{ProbeSettings{}}};
     probe.start();
     ASSERT_TRUE(waitFor([&] { return probe.bytesWritten() > 0; }, 2s));
-    const std::string device = probe.devicePath();
+    const DeviceNode node = deviceNode(probe.devicePath());
     EXPECT_LT(timed([&] { probe.stop(); }), 100ms);
     EXPECT_FALSE(probe.isRunning());
-    EXPECT_FALSE(pathExists(device));
+    EXPECT_FALSE(stillThere(node));
 }
 
 TEST(PtyProbe, StopReturnsPromptlyDuringAStall) {
@@ -212,10 +212,11 @@ TEST(PtyProbe, DisconnectMakesTheDevicePathDisappear) {
     PtyProbe probe{ProbeStream{ProbeSettings{}}};
     probe.start();
     const std::string device = probe.devicePath();
+    const DeviceNode node = deviceNode(device);
     PtyReader reader(device);
     ASSERT_EQ(reader.read(139, 2s).size(), 139u);
     EXPECT_LT(timed([&] { probe.disconnect(); }), 100ms);
-    EXPECT_TRUE(waitFor([&] { return !pathExists(device); }, 1s));
+    EXPECT_TRUE(waitFor([&] { return !stillThere(node); }, 1s));
     EXPECT_TRUE(probe.isDisconnected());
     // The open port fails from now on.
     std::vector<std::uint8_t> rest;
@@ -230,6 +231,7 @@ TEST(PtyProbe, DisconnectAfterNFramesRemovesTheDeviceOnceTheReaderHasThem) {
     PtyProbe probe(ProbeStream(ProbeSettings{}, options));
     probe.start();
     const std::string device = probe.devicePath();
+    const DeviceNode node = deviceNode(device);
     PtyReader reader(device);
     std::vector<std::uint8_t> bytes;
     while (reader.readSome(bytes, 4096, Clock::now() + 2s)) {
@@ -238,7 +240,7 @@ TEST(PtyProbe, DisconnectAfterNFramesRemovesTheDeviceOnceTheReaderHasThem) {
     EXPECT_TRUE(reader.hungUp());
     EXPECT_TRUE(probe.waitUntilDone(1s));
     EXPECT_TRUE(probe.isDisconnected());
-    EXPECT_FALSE(pathExists(device));
+    EXPECT_FALSE(stillThere(node));
 }
 
 TEST(PtyProbe, LinkPointsToTheDeviceAndIsRemovedOnStop) {

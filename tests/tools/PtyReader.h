@@ -79,6 +79,29 @@ inline bool pathExists(const std::string& path) {
     return ::lstat(path.c_str(), &st) == 0;
 }
 
+/// A device node as it was when first seen. Pseudo-terminal numbers are reused at once by
+/// whoever opens the next one (other tests run in parallel), so "gone" means: no node at the
+/// path, or a node made later than this one.
+struct DeviceNode {
+    std::string path;
+    timespec changed{};
+};
+
+inline DeviceNode deviceNode(const std::string& path) {
+    struct stat st {};
+    DeviceNode node{path, {}};
+    if (::lstat(path.c_str(), &st) == 0)
+        node.changed = st.st_ctim;
+    return node;
+}
+
+inline bool stillThere(const DeviceNode& node) {
+    struct stat st {};
+    if (::lstat(node.path.c_str(), &st) != 0)
+        return false;
+    return st.st_ctim.tv_sec == node.changed.tv_sec && st.st_ctim.tv_nsec == node.changed.tv_nsec;
+}
+
 /// Polls `condition` until it holds or `timeout` passes.
 template <typename Condition> bool waitFor(Condition condition, std::chrono::milliseconds timeout) {
     const auto deadline = Clock::now() + timeout;

@@ -1,6 +1,7 @@
 // Tests of the graph's plots, axes, colours and paced redrawing.
 #include "widgets/ScopeGraph.h"
 #include "PanelTestSupport.h"
+#include "widgets/PanelLook.h"
 
 #include <gtest/gtest.h>
 
@@ -166,7 +167,27 @@ TEST(ScopeGraph, ColoursAndVisibilityOfPlotsAndPlotArea) {
     EXPECT_FALSE(graph.plotVisible("Ref"));
     graph.setPlotAreaColor(QColor(0, 0, 64));
     EXPECT_EQ(graph.plotAreaColor(), QColor(0, 0, 64));
-    EXPECT_EQ(graph.axisRect()->backgroundBrush().color(), QColor(0, 0, 64));
+    graph.resize(200, 150);
+    graph.replot(QCustomPlot::rpImmediateRefresh);
+    const QImage picture = graph.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(graph.plotAreaRect().center() + QPoint(7, 9)), QColor(0, 0, 64));
+}
+
+TEST(ScopeGraph, EveryPixelOfThePictureIsPaintedOnEachReplot) {
+    ScopeGraph graph;
+    graph.resize(300, 200);
+    graph.replot(QCustomPlot::rpImmediateRefresh);
+    graph.setPlotAreaColor(QColor(200, 0, 0));
+    graph.replot(QCustomPlot::rpImmediateRefresh);
+    const QImage picture = graph.grab().toImage();
+    const QRect area = graph.plotAreaRect();
+    // The margin round the plot area in the panel's colour, the plot area in its own (away
+    // from the graticule's lines), and nothing left over from the replot before.
+    EXPECT_EQ(picture.pixelColor(0, 0), PanelLook::panelColor());
+    EXPECT_EQ(picture.pixelColor(picture.width() - 1, picture.height() - 1),
+              PanelLook::panelColor());
+    EXPECT_EQ(picture.pixelColor(area.left() + 3, area.top() + 3), QColor(200, 0, 0));
+    EXPECT_EQ(picture.pixelColor(area.right() - 3, area.bottom() - 3), QColor(200, 0, 0));
 }
 
 TEST(ScopeGraph, ABurstOfFramesCostsOneRedraw) {

@@ -34,12 +34,12 @@ std::array<std::uint8_t, kFrameBytes> buildFrame(const HardwareState& state,
     frame[3] = state.bytTriggerDef;
     frame[4] = state.bytTriggerLvl;
     std::copy(samples.begin(), samples.end(), frame.begin() + 5);
-    frame[133] = 0;
+    frame[133] = kReservedByte;
     frame[134] = state.bytDVM100;
     frame[135] = state.bytDVM10;
     frame[136] = state.bytDVM1;
     frame[137] = state.bytDVMflags;
-    frame[138] = 0;
+    frame[138] = kReservedByte;
     return frame;
 }
 

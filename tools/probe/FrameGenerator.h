@@ -20,8 +20,12 @@ inline constexpr std::array<std::uint8_t, 2> kWaitingMarker = {kSyncByte, kSyncB
 /// The count of a voltage: round(volts / volts per count) + 31, clipped to 0..62.
 std::uint8_t voltsToCount(double volts, float voltsPerCount);
 
-/// A frame's 139 bytes: sync, the four settings bytes, 128 samples, a reserved 0, the four
-/// voltmeter bytes and a reserved 0.
+/// The probe's reserved bytes: the line's idle level, never 0 (a zero byte at power-on
+/// reads as a silent port) and never the sync byte.
+inline constexpr std::uint8_t kReservedByte = 0xFF;
+
+/// A frame's 139 bytes: sync, the four settings bytes, 128 samples, a reserved byte, the four
+/// voltmeter bytes and a reserved byte.
 std::array<std::uint8_t, kFrameBytes> buildFrame(const HardwareState& state,
                                                  const RawSamples& samples);
 

@@ -69,15 +69,16 @@ std::array<std::uint8_t, 4> voltmeterBytes(double volts, std::uint8_t range) {
         break;
     }
     long units = std::lround(std::fabs(volts) / resolution);
-    std::uint8_t flags = pointFlag;
+    std::uint8_t flags = static_cast<std::uint8_t>(0x40 | pointFlag);
     if (units > 999) {
         units = 999;
         flags |= 0x80;
     }
     if (volts < 0 && units != 0)
         flags |= 0x01;
-    return {static_cast<std::uint8_t>(units / 100), static_cast<std::uint8_t>(units / 10 % 10),
-            static_cast<std::uint8_t>(units % 10), flags};
+    return {static_cast<std::uint8_t>('0' + units / 100),
+            static_cast<std::uint8_t>('0' + units / 10 % 10),
+            static_cast<std::uint8_t>('0' + units % 10), flags};
 }
 
 namespace {

@@ -63,8 +63,10 @@ struct ProbeSettings {
 /// The voltmeter of the probe shows the mean of the coupled input in three digits with the
 /// resolution of the range: 0.01 V on the 1 V range ("x.xx"), 0.1 V on the 10 V range
 /// ("xx.x"), 1 V on the 100 V range ("xxx"). bytDVM100, bytDVM10 and bytDVM1 hold the digits
-/// 0..9, hundreds first. bytDVMflags: 0x01 negative reading, 0x02 decimal point after the
-/// first digit, 0x04 decimal point after the second digit, 0x80 over range (digits 9 9 9).
+/// as the characters '0'..'9', hundreds first. bytDVMflags: 0x40 always set (a valid
+/// reading), 0x01 negative reading, 0x02 decimal point after the first digit, 0x04 decimal
+/// point after the second digit, 0x80 over range (digits 9 9 9). No voltmeter byte is ever
+/// 0: the program takes a zero byte at power-on for a silent port.
 std::array<std::uint8_t, 4> voltmeterBytes(double volts, std::uint8_t range);
 
 /// Names used on the command line, in any letter case: "sine", "square", "triangle", "noise",

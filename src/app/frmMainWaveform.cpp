@@ -1,0 +1,111 @@
+// The main window's side of the Waveform Data File: the File form that FILE opens, and the
+// panel, probe settings and reference store that a file is saved from and loaded into.
+#include "app/frmMain.h"
+
+#include "storage/FileFormHost.h"
+#include "storage/VbConvert.h"
+#include "storage/WaveformTarget.h"
+#include "storage/frmFile.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/LitButton.h"
+#include "widgets/Slide.h"
+
+#include <stdexcept>
+
+namespace zorvik {
+
+namespace {
+
+// A load sets the controls without running their change handlers: nothing is redrawn while the
+// file is read, and a file that fails half-way leaves no half-drawn picture. What the panel
+// derives from a control at once (the scale values the display reads, the lamps beside the
+// buttons) follows the new value here, so the traces drawn after a successful load match the
+// knobs. A value a control cannot take throws, which ends the load.
+class MainWindowWaveform final : public WaveformTarget {
+public:
+    explicit MainWindowWaveform(frmMain& w) : w_(w) {}
+
+    double timeRangeValue() const override { return w_.CWKTimeRange->value(); }
+    double chaLevelValue() const override { return w_.CWKChaLvl->value(); }
+    double graphOffset() const override { return w_.varGraphOffset; }
+    double chaOffsetValue() const override { return w_.CWSCHaOffset->value(); }
+    bool invertValue() const override { return w_.CWBChaInv->value(); }
+    HardwareState hardware() const override { return w_.link().machine().state; }
+    TraceArray refVolts() const override { return w_.sngRefVolts; }
+    float refSampleInterval() const override { return w_.sngRefSampleInterval; }
+
+    void setTimeRange(std::int32_t position) override {
+        checkPosition(w_.CWKTimeRange, position);
+        w_.CWKTimeRange->setValueSilently(position);
+        w_.SetTimeScale();
+    }
+    void setChaLevel(std::int32_t position) override {
+        checkPosition(w_.CWKChaLvl, position);
+        w_.CWKChaLvl->setValueSilently(position);
+        w_.SetChaScale();
+    }
+    void setChaOffset(const std::string& text) override {
+        // The slide takes the text as a number within its range.
+        const double value = VbConvert::textToDouble(text);
+        Slide* s = w_.CWSCHaOffset;
+        if (value < s->minimum() || value > s->maximum())
+            throw std::out_of_range("offset beyond the slide");
+        s->setValueSilently(value);
+        w_.SetChaScale();
+        w_.CWBChaCalLed->setValue(w_.sngChaOffset != 0.0f);
+    }
+    void setInvert(bool value) override {
+        w_.CWBChaInv->setValueSilently(value);
+        w_.CWBChaInvLed->setValue(value);
+    }
+    void setReference(bool value) override { w_.CWBRef->setValueSilently(value); }
+    void setHardware(const HardwareState& state) override { w_.link().machine().state = state; }
+    void setRefSample(std::size_t index, float volts) override { w_.sngRefVolts.at(index) = volts; }
+    void setRefSampleInterval(float seconds) override { w_.sngRefSampleInterval = seconds; }
+
+private:
+    static void checkPosition(const Knob* knob, std::int32_t position) {
+        if (position < 1 || position > knob->positionCount())
+            throw std::out_of_range("position the knob does not have");
+    }
+
+    frmMain& w_;
+};
+
+class MainWindowFileHost final : public FileFormHost {
+public:
+    explicit MainWindowFileHost(frmMain& w) : w_(w), waveform_(w) {}
+
+    WaveformTarget& waveform() override { return waveform_; }
+    bool referenceShown() const override { return w_.CWBRef->value(); }
+    void setRefLoaded(bool value) override { w_.blnRefLoaded = value; }
+    void FormatDispData() override { w_.FormatDispData(); }
+    void ChartA() override { w_.ChartA(); }
+    void CWBRef_ValueChanged(bool Value) override { w_.CWBRef_ValueChanged(Value); }
+    void About(QWidget* owner) override { w_.About(owner); }
+
+private:
+    frmMain& w_;
+    MainWindowWaveform waveform_;
+};
+
+} // namespace
+
+frmFile& frmMain::fileForm() {
+    if (auto* form = findChild<frmFile*>("frmFile", Qt::FindDirectChildrenOnly))
+        return *form;
+    return *new frmFile(std::make_unique<MainWindowFileHost>(*this), this);
+}
+
+void frmMain::showFileForm() {
+    frmFile& form = fileForm();
+    form.Form_Load();
+    frmFile::runModal(form);
+}
+
+void frmMain::openWaveformFile(const QString& path) {
+    fileForm().openFile(path);
+}
+
+} // namespace zorvik

@@ -1,0 +1,268 @@
+// FILE and the Waveform Data File on the main window: the File form it opens, what a loaded
+// file changes on the panel, a save and load across a restart, and a file named at start-up.
+#include "ReferenceRig.h"
+#include "instrument/DecodeTables.h"
+#include "storage/IniTestSupport.h"
+#include "storage/WaveformTestSupport.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+using namespace zorvik;
+using namespace zorvik::testing;
+using zorvik::test::ReferenceRig;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class MainWindowFile : public ReferenceRig {
+protected:
+    /// A copy of a fixture in the test's folder (a save through the form may write to it).
+    QString fixture(const char* name) const {
+        const QString copy = dir.filePath(name);
+        if (!fs::exists(copy.toStdString()))
+            writeBytes(copy.toStdString(), readBytes(wdfFixture(name)));
+        return copy;
+    }
+    /// FILE, then File -> Open of `path`, then the form closes.
+    void openThroughFile(frmMain& w, const QString& path) {
+        inFileForm = [path](frmFile& form) {
+            form.setOpenChooser([path](QWidget*, const QString&, const QString&) {
+                return std::optional<QString>(path);
+            });
+            form.mnuFileOpen->trigger();
+            form.OKButton->click();
+        };
+        pressFile(w);
+    }
+    /// A copy of the Windows-style fixture with `from` replaced by `to`.
+    QString editedFixture(const std::string& from, const std::string& to) {
+        std::string text = readBytes(wdfFixture("windows-style.wdf"));
+        text.replace(text.find(from), from.size(), to);
+        const QString path = dir.filePath("edited.wdf");
+        writeBytes(path.toStdString(), text);
+        return path;
+    }
+    /// The main window's settings that a file can change, as text for comparing.
+    static std::string panelState(frmMain& w) {
+        std::string s;
+        s += std::to_string(w.CWKTimeRange->value()) + " " + std::to_string(w.CWKChaLvl->value());
+        s += " " + std::to_string(w.CWSCHaOffset->value()) + " " +
+             std::to_string(w.CWBChaInv->value()) + std::to_string(w.CWBRef->value());
+        const HardwareState h = w.link().machine().state;
+        for (int b : {h.bytSwitchSetting, h.bytTriggerLvl, h.bytTimebaseDef, h.bytTriggerDef})
+            s += " " + std::to_string(b);
+        for (float v : w.sngRefVolts)
+            s += " " + std::to_string(bits(v));
+        s += " " + std::to_string(bits(w.sngRefSampleInterval));
+        return s;
+    }
+};
+
+TEST_F(MainWindowFile, FileWithPowerOffOpensTheFormWithoutTouchingTheLink) {
+    frmMain& w = start();
+    pressFile(w);
+    EXPECT_EQ(fileFormRuns, 1);
+    EXPECT_EQ(fileFormParent, &w);
+    EXPECT_TRUE(fake.calls.isEmpty()) << fake.calls.join(", ").toStdString();
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(MainWindowFile, TheMainWindowKeepsOneFileFormWithItsCurrentFile) {
+    frmMain& w = start();
+    openThroughFile(w, fixture("windows-style.wdf"));
+    frmFile* first = &w.fileForm();
+    EXPECT_EQ(first->sCurrentFile, fixture("windows-style.wdf"));
+    QString offered;
+    inFileForm = [&](frmFile& form) {
+        EXPECT_EQ(&form, first);
+        form.setSaveChooser([&](QWidget*, const QString&, const QString& name) {
+            offered = name;
+            return std::optional<QString>();
+        });
+        form.mnuFileSaveAs_Click();
+        form.close();
+    };
+    pressFile(w);
+    EXPECT_EQ(offered, fixture("windows-style.wdf"));
+    EXPECT_EQ(w.findChildren<frmFile*>().size(), 1);
+}
+
+TEST_F(MainWindowFile, FileWhileRunningHoldsReceptionAndResumesItAfterwards) {
+    frmMain& w = running();
+    fake.calls.clear();
+    QStringList whileOpen;
+    inFileForm = [&](frmFile&) { whileOpen = fake.calls; };
+    pressFile(w);
+    EXPECT_EQ(whileOpen, QStringList{"cancel"});
+    EXPECT_EQ(fake.calls, (QStringList{"cancel", "reset", "read 2"}));
+    feedFrame(9);
+
+    // With STORE pressed the display stays held after the form closes.
+    w.CWBStoreRef->setValue(true);
+    fake.calls.clear();
+    inFileForm = nullptr;
+    pressFile(w);
+    EXPECT_FALSE(fake.calls.contains("read 2")) << fake.calls.join(", ").toStdString();
+    EXPECT_FALSE(w.link().machine().blnAcquire);
+}
+
+TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
+    frmMain& w = start();
+    ASSERT_FALSE(w.CWBRef->value());
+    ASSERT_FALSE(w.CWBPrint->isEnabled());
+    openThroughFile(w, fixture("windows-style.wdf"));
+    EXPECT_TRUE(messages.empty());
+    EXPECT_TRUE(w.blnRefLoaded);
+    // REF came on through its handler: only that shows "Ref" and enables PRINT.
+    EXPECT_TRUE(w.CWBRef->value());
+    EXPECT_TRUE(w.CWGraph1->plotVisible("Ref"));
+    EXPECT_TRUE(w.CWBPrint->isEnabled());
+    // The panel and the probe's settings as the file holds them.
+    EXPECT_EQ(w.CWKTimeRange->value(), 9);
+    EXPECT_EQ(w.CWKChaLvl->value(), 4);
+    EXPECT_EQ(w.CWSCHaOffset->value(), -1.5);
+    EXPECT_TRUE(w.CWBChaInv->value());
+    EXPECT_TRUE(w.CWBChaInvLed->value());
+    EXPECT_TRUE(w.CWBChaCalLed->value());
+    const HardwareState h = w.link().machine().state;
+    EXPECT_EQ(h.bytSwitchSetting, 32);
+    EXPECT_EQ(h.bytTriggerLvl, 16);
+    EXPECT_EQ(h.bytTimebaseDef, 4);
+    EXPECT_EQ(h.bytTriggerDef, 64);
+    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 200Ks/s");
+    EXPECT_EQ(w.CWSRange->value(), 3);
+    EXPECT_EQ(w.CWSCoupling->value(), 3);
+    EXPECT_EQ(w.CWSTrigger->value(), 2);
+    EXPECT_EQ(w.sngRefSampleInterval, 5e-6f);
+    // Drawn at the file's scales: 100 us per division, 2 V per division, inverted, offset.
+    const ScopeGraph::PlotData d = w.CWGraph1->plotData("Ref");
+    ASSERT_EQ(d.y.size(), 128);
+    EXPECT_NEAR(d.x[1] - d.x[0], double(5e-6f) * 10000, 1e-12);
+    EXPECT_FLOAT_EQ(static_cast<float>(d.y[1]), -(probeVolts(34, 0x00) * 0.5f) - 1.5f);
+    EXPECT_TRUE(w.CWGraph1->plotData("CHa").y.isEmpty());
+}
+
+TEST_F(MainWindowFile, AnUpperCaseWdfLoadsAndATxtFileShowsOnlyTheLoadError) {
+    frmMain& w = start();
+    const QString txt = dir.filePath("trace.txt");
+    writeBytes(txt.toStdString(), readBytes(wdfFixture("windows-style.wdf")));
+    const std::string before = panelState(w);
+    openThroughFile(w, txt);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].title, "File Load Error");
+    EXPECT_EQ(messages[0].text, "Please Select a Waveform Data File (*.wdf)!");
+    EXPECT_EQ(panelState(w), before);
+
+    const QString upper = dir.filePath("TRACE.WDF");
+    writeBytes(upper.toStdString(), readBytes(wdfFixture("windows-style.wdf")));
+    openThroughFile(w, upper);
+    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(w.blnRefLoaded);
+    EXPECT_EQ(w.CWKTimeRange->value(), 9);
+}
+
+TEST_F(MainWindowFile, AWrongNameShowsBothMessagesAndLeavesEverySettingUntouched) {
+    frmMain& w = running(4);
+    w.CWBStoreRef->setValue(true);
+    w.CWBStoreRef->setValue(false);
+    const std::string before = panelState(w);
+    openThroughFile(w, editedFixture("Name=Zorvik", "Name=Other"));
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0].text, "File is not for this application!");
+    EXPECT_EQ(messages[0].title, "File Format");
+    EXPECT_EQ(messages[0].icon, MsgIcon::Critical);
+    EXPECT_EQ(messages[1].text, "Please Select a Waveform Data File (*.wdf)!");
+    EXPECT_EQ(messages[1].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(panelState(w), before);
+    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_TRUE(w.fileForm().sCurrentFile.isEmpty());
+}
+
+TEST_F(MainWindowFile, AKnobPositionTheKnobDoesNotHaveEndsTheLoad) {
+    frmMain& w = start();
+    openThroughFile(w, editedFixture("VScaleIndex=4", "VScaleIndex=8"));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].title, "File Load Error");
+    EXPECT_EQ(w.CWKTimeRange->value(), 9); // read before the refused value
+    EXPECT_EQ(w.CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
+    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_FALSE(w.CWBPrint->isEnabled());
+}
+
+TEST_F(MainWindowFile, AMissingReftrace7FailsAfterSamples1To120WereReplaced) {
+    frmMain& w = start();
+    std::string text = readBytes(wdfFixture("windows-style.wdf"));
+    const auto at = text.find("Reftrace7=");
+    text.erase(at, text.find("\r\n", at) + 2 - at);
+    const QString path = dir.filePath("short.wdf");
+    writeBytes(path.toStdString(), text);
+    w.sngRefVolts.fill(7.0f);
+    openThroughFile(w, path);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].title, "File Load Error");
+    EXPECT_EQ(bits(w.sngRefVolts[119]), bits(probeVolts(8, 0x00)));
+    EXPECT_EQ(w.sngRefVolts[120], 7.0f);
+    EXPECT_FALSE(w.blnRefLoaded);
+}
+
+// The whole way a user goes: POWER with frames arriving, STORE, FILE -> Save As; then the
+// program starts again and FILE -> Open brings back the same trace at the same place.
+TEST_F(MainWindowFile, ASavedReferenceComesBackTheSameAfterARestart) {
+    frmMain& w = running(11);
+    feedFrame(23);
+    w.CWBStoreRef->setValue(true);
+    const TraceArray stored = w.sngRefVolts;
+    const ScopeGraph::PlotData shown = w.CWGraph1->plotData("Ref");
+    ASSERT_EQ(shown.y.size(), 128);
+    const QString path = dir.filePath("bench.wdf");
+    inFileForm = [path](frmFile& form) {
+        form.setSaveChooser([path](QWidget*, const QString&, const QString&) {
+            return std::optional<QString>(path);
+        });
+        form.mnuFileSaveAs->trigger();
+        form.OKButton->click();
+    };
+    pressFile(w);
+    ASSERT_TRUE(fs::exists(path.toStdString()));
+    EXPECT_TRUE(messages.empty());
+
+    window->close();
+    window.reset();
+    fake.calls.clear();
+    frmMain& again = start();
+    ASSERT_FALSE(again.CWBRef->value());
+    openThroughFile(again, path);
+    EXPECT_TRUE(messages.empty());
+    for (std::size_t i = 0; i < 128; ++i)
+        EXPECT_EQ(bits(again.sngRefVolts[i]), bits(stored[i])) << i;
+    EXPECT_TRUE(again.CWBRef->value());
+    EXPECT_TRUE(again.CWBPrint->isEnabled());
+    const ScopeGraph::PlotData back = again.CWGraph1->plotData("Ref");
+    EXPECT_EQ(back.x, shown.x);
+    EXPECT_EQ(back.y, shown.y);
+    EXPECT_TRUE(fake.calls.isEmpty());
+}
+
+TEST_F(MainWindowFile, AFileNamedAtStartUpLoadsByTheRulesOfOpen) {
+    frmMain& w = start();
+    w.openWaveformFile(fixture("windows-style.wdf"));
+    EXPECT_TRUE(messages.empty());
+    EXPECT_TRUE(w.blnRefLoaded);
+    EXPECT_TRUE(w.CWBRef->value());
+    EXPECT_TRUE(w.CWBPrint->isEnabled());
+    EXPECT_EQ(w.fileForm().sCurrentFile, fixture("windows-style.wdf"));
+    EXPECT_FALSE(w.fileForm().isVisible());
+
+    w.openWaveformFile(fixture("garbage.wdf"));
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0].title, "File Format");
+    EXPECT_EQ(messages[1].title, "File Load Error");
+    EXPECT_TRUE(w.fileForm().sCurrentFile.isEmpty());
+}
+
+} // namespace

@@ -1,0 +1,194 @@
+// The front-panel controls of the main window as a user works them: CALX, the offset slide,
+// INVERT, and the FILE, MENU, HELP and PRINT buttons with the moment each one acts.
+#include "app/LiveWindowFixture.h"
+#include "printing/ModalRunner.h"
+#include "printing/PrintingServices.h"
+#include "support/HelpWindow.h"
+#include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
+#include "widgets/Led.h"
+#include "widgets/Slide.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFileInfo>
+
+using namespace zorvik;
+using zorvik::test::LiveWindowFixture;
+using zorvik::test::rampSamples;
+using zorvik::test::stateWith;
+
+namespace {
+
+class MainWindowPanel : public LiveWindowFixture {
+protected:
+    void TearDown() override {
+        setModalRunner({});
+        LiveWindowFixture::TearDown();
+    }
+
+    /// The centre of a button, where a user presses it.
+    static QPoint middle(QWidget* w) { return w->rect().center(); }
+
+    /// The help window that is open, if any.
+    static HelpWindow* openHelpWindow() {
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (auto* h = qobject_cast<HelpWindow*>(w); h && h->isVisible())
+                return h;
+        }
+        return nullptr;
+    }
+};
+
+} // namespace
+
+TEST_F(MainWindowPanel, CalxWithTheOffsetAlreadyZeroStillReplotsAndLeavesTheLedDark) {
+    frmMain& w = running();
+    feed(stateWith(0x04, 6), rampSamples());
+    ASSERT_EQ(w.CWSCHaOffset->value(), 0.0);
+    const ScopeGraph::PlotData shown = w.CWGraph1->plotData("CHa");
+    w.CWGraph1->clearData("CHa"); // only a replot brings the trace back
+    QTest::mouseClick(w.CWBCHaCal, Qt::LeftButton, {}, middle(w.CWBCHaCal));
+    const ScopeGraph::PlotData replotted = w.CWGraph1->plotData("CHa");
+    EXPECT_EQ(replotted.x, shown.x);
+    EXPECT_EQ(replotted.y, shown.y);
+    EXPECT_FALSE(w.CWBChaCalLed->value());
+    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
+    EXPECT_FALSE(w.CWBCHaCal->value()); // a momentary key: up again after the click
+}
+
+TEST_F(MainWindowPanel, CalxBringsTheOffsetBackToZeroAndPutsTheLedOut) {
+    frmMain& w = running();
+    feed(stateWith(0x04, 6), rampSamples());
+    w.CWSCHaOffset->setValue(2.0);
+    EXPECT_TRUE(w.CWBChaCalLed->value());
+    EXPECT_EQ(w.sngChaOffset, 2.0f);
+    QTest::mouseClick(w.CWBCHaCal, Qt::LeftButton, {}, middle(w.CWBCHaCal));
+    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
+    EXPECT_EQ(w.sngChaOffset, 0.0f);
+    EXPECT_FALSE(w.CWBChaCalLed->value());
+    EXPECT_DOUBLE_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), 0.0);
+    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000, expectedY(w.sngChaVolts));
+}
+
+TEST_F(MainWindowPanel, MovingTheOffsetDoesNotChangeTheVoltageReadout) {
+    frmMain& w = running();
+    w.CWKChaLvl->setValue(5);
+    feed(stateWith(0x04, 6, 16), rampSamples()); // trigger level 0.5 V
+    w.CWBHCursors->setValue(true);
+    const QString volts = w.lblCVoltage->text();
+    ASSERT_EQ(volts, "1.00 V"); // the pair stands one division apart at 1 V/div
+    const ScopeGraph::PlotData before = w.CWGraph1->plotData("CHa");
+    const double cursor3 = w.CWGraph1->cursorY("Cursor3");
+    const double cursor4 = w.CWGraph1->cursorY("Cursor4");
+
+    w.CWSCHaOffset->setValue(-1.2);
+    EXPECT_EQ(w.lblCVoltage->text(), volts);
+    EXPECT_EQ(w.CWGraph1->cursorY("Cursor3"), cursor3);
+    EXPECT_EQ(w.CWGraph1->cursorY("Cursor4"), cursor4);
+    // Only the trace and the two pointers move.
+    const ScopeGraph::PlotData after = w.CWGraph1->plotData("CHa");
+    ASSERT_EQ(after.y.size(), 128);
+    for (int i = 0; i < 128; ++i)
+        EXPECT_NEAR(after.y[i], before.y[i] - 1.2, 1e-6) << i;
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), 0.5 - 1.2, 1e-6);
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("CHa_Zero"), -1.2, 1e-12);
+    EXPECT_TRUE(w.CWBChaCalLed->value());
+}
+
+TEST_F(MainWindowPanel, InvertingFlipsTheTraceAndTrigLvlButNotChaZero) {
+    frmMain& w = running();
+    w.CWKChaLvl->setValue(5);
+    w.CWSCHaOffset->setValue(0.8);
+    feed(stateWith(0x04, 6, 4), rampSamples()); // trigger level 2.5 V
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), 2.5 + 0.8, 1e-6);
+    QTest::mouseClick(w.CWBChaInv, Qt::LeftButton, {}, middle(w.CWBChaInv));
+    EXPECT_TRUE(w.CWBChaInv->value());
+    EXPECT_TRUE(w.CWBChaInvLed->value());
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), -2.5 + 0.8, 1e-6);
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("CHa_Zero"), 0.8, 1e-12);
+    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000, expectedY(w.sngChaVolts));
+    QTest::mouseClick(w.CWBChaInv, Qt::LeftButton, {}, middle(w.CWBChaInv));
+    EXPECT_FALSE(w.CWBChaInvLed->value());
+    EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), 2.5 + 0.8, 1e-6);
+}
+
+TEST_F(MainWindowPanel, FileWithPowerOffOpensTheFileFormWithoutTouchingTheSerialLink) {
+    frmMain& w = start();
+    int opened = 0;
+    w.openFileForm = [&](frmMain&) { ++opened; };
+    QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return opened == 1; }, 2000));
+    QTest::qWait(20); // anything the button might still do afterwards
+    EXPECT_EQ(opened, 1);
+    EXPECT_TRUE(fake.calls.isEmpty()) << fake.calls.join(", ").toStdString();
+    EXPECT_FALSE(fake.isOpen());
+    EXPECT_FALSE(w.CWBFile->value());
+}
+
+TEST_F(MainWindowPanel, FileWhileRunningHoldsReceptionAndResumesWhenTheFormCloses) {
+    frmMain& w = running();
+    feed(stateWith(0x04, 6), rampSamples());
+    int pendingWhileOpen = -1;
+    w.openFileForm = [&](frmMain&) { pendingWhileOpen = fake.pendingCount(); };
+    fake.calls.clear();
+    QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return pendingWhileOpen >= 0; }, 2000));
+    EXPECT_EQ(pendingWhileOpen, 0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 2000));
+    EXPECT_TRUE(fake.calls.contains("reset"));
+    feed(stateWith(0x04, 6), rampSamples());
+}
+
+TEST_F(MainWindowPanel, FileAndMenuActWhenPressed) {
+    frmMain& w = start();
+    int files = 0;
+    int menus = 0;
+    w.openFileForm = [&](frmMain&) { ++files; };
+    w.openOptionsForm = [&](frmMain&) { ++menus; };
+
+    QTest::mousePress(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return files == 1; }, 2000));
+    QTest::mouseRelease(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
+    QTest::qWait(20);
+    EXPECT_EQ(files, 1);
+
+    QTest::mousePress(w.CWBMenu, Qt::LeftButton, {}, middle(w.CWBMenu));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return menus == 1; }, 2000));
+    QTest::mouseRelease(w.CWBMenu, Qt::LeftButton, {}, middle(w.CWBMenu));
+    QTest::qWait(20);
+    EXPECT_EQ(menus, 1);
+    EXPECT_EQ(files, 1);
+}
+
+TEST_F(MainWindowPanel, HelpActsWhenReleased) {
+    frmMain& w = start();
+    QTest::mousePress(w.CWBHelp, Qt::LeftButton, {}, middle(w.CWBHelp));
+    EXPECT_TRUE(w.CWBHelp->value());
+    QTest::qWait(20);
+    EXPECT_EQ(openHelpWindow(), nullptr);
+    QTest::mouseRelease(w.CWBHelp, Qt::LeftButton, {}, middle(w.CWBHelp));
+    ASSERT_TRUE(QTest::qWaitFor([] { return openHelpWindow() != nullptr; }, 2000));
+    EXPECT_EQ(openHelpWindow()->home(),
+              QUrl::fromLocalFile(QFileInfo(w.helpFile()).absoluteFilePath()));
+    openHelpWindow()->close();
+}
+
+TEST_F(MainWindowPanel, PrintActsWhenReleased) {
+    frmMain& w = running();
+    feed(stateWith(0x04, 6), rampSamples());
+    w.CWBStoreRef->setValue(true); // a held trace can be printed
+    ASSERT_TRUE(w.CWBPrint->isEnabled());
+    QStringList dialogs;
+    setModalRunner([&](QDialog& d) {
+        dialogs << d.objectName();
+        return 0;
+    });
+    QTest::mousePress(w.CWBPrint, Qt::LeftButton, {}, middle(w.CWBPrint));
+    QTest::qWait(20);
+    EXPECT_TRUE(dialogs.isEmpty());
+    QTest::mouseRelease(w.CWBPrint, Qt::LeftButton, {}, middle(w.CWBPrint));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !dialogs.isEmpty(); }, 2000));
+    EXPECT_EQ(dialogs, QStringList({"frmPreview"}));
+    EXPECT_FALSE(w.printing().pictureHolder().isEmpty());
+}
