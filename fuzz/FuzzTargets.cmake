@@ -13,6 +13,10 @@ set(ZORVIK_FUZZ_PROFILE_SOURCES
     ${ZORVIK_FUZZ_DIR}/ProfileChanges.h ${ZORVIK_FUZZ_DIR}/ProfileChanges.cpp
     ${ZORVIK_FUZZ_DIR}/ProfileFuzzTarget.cpp)
 
+set(ZORVIK_FUZZ_WAVEFORM_SOURCES
+    ${ZORVIK_FUZZ_DIR}/FuzzInput.h
+    ${ZORVIK_FUZZ_DIR}/WaveformFuzzTarget.cpp)
+
 # zorvik_fuzz_executable(<target> <LIBFUZZER|REPLAY> <sources>...)
 # LIBFUZZER links libFuzzer's own main; REPLAY links a main that runs the target once on every
 # file of the folders named on its command line.

@@ -1,7 +1,8 @@
 // Writes the seed corpora of the fuzz targets: probe streams of every kind the receive cycle
 // meets (back-to-back frames, waiting markers, a start mid-frame, the sync cases, dropped
-// bytes, garbage, a stream ending inside a frame, holds), and profile files with operations
-// on them. Usage: zorvik_fuzz_seeds <corpus folder> <folder of sample INI files>
+// bytes, garbage, a stream ending inside a frame, holds), profile files with operations on
+// them, and waveform files to load and records to save. Usage:
+// zorvik_fuzz_seeds <corpus folder> <folder of sample INI files> <folder of sample .wdf files>
 #include "probe/FrameGenerator.h"
 #include "probe/ProbeStream.h"
 
@@ -219,15 +220,61 @@ void profileSeeds(const fs::path& folder, const fs::path& samples) {
     }
 }
 
+// ---- waveform files ------------------------------------------------------------------------
+
+/// A record to save: knobs, offset, buttons, the four probe bytes, 128 sample bytes (counts of
+/// the range, or raw bits of any number), the time base, then an older file to save over.
+std::string recordScript(std::uint8_t mode, std::uint8_t range, std::uint8_t firstCount,
+                         std::uint8_t timebase, const std::string& older) {
+    std::string out;
+    out += static_cast<char>(mode);
+    out += {static_cast<char>(18), static_cast<char>(-7)};     // knobs 4.5 and -1.75
+    out += {static_cast<char>(0x40), static_cast<char>(0x01)}; // pan 320 / 64
+    out += {static_cast<char>(0x0C), static_cast<char>(0xFE)}; // offset -0.5
+    out += static_cast<char>(1);                               // inverted
+    out += {static_cast<char>(0x20 | range), static_cast<char>(16), static_cast<char>(timebase),
+            static_cast<char>(0x40)};
+    const std::size_t perSample = (mode & 2) ? 4 : 1;
+    for (std::size_t i = 0; i < 128 * perSample; ++i)
+        out += static_cast<char>(firstCount + i * 7);
+    if (mode & 2)
+        out += {static_cast<char>(0x38), static_cast<char>(0x51), static_cast<char>(0xB7),
+                static_cast<char>(0x17)}; // about 5e-5
+    else
+        out += static_cast<char>(timebase);
+    out += older;
+    return out;
+}
+
+void waveformSeeds(const fs::path& folder, const fs::path& samples) {
+    for (const auto& entry : fs::directory_iterator(samples)) {
+        if (!entry.is_regular_file())
+            continue;
+        const std::string file = readFile(entry.path());
+        save(folder / ("load-" + entry.path().stem().string()), std::string(1, '\x02') + file);
+        save(folder / ("save-over-" + entry.path().stem().string()),
+             recordScript(5, 0x04, 3, 6, file));
+    }
+    save(folder / "load-wrong-ending", std::string(1, '\x00') + "[APPLICATION]\r\nName=Zorvik\r\n");
+    save(folder / "load-upper-case-ending",
+         std::string(1, '\x04') + "[APPLICATION]\r\nName=zorvik\r\n");
+    save(folder / "save-new-probe-samples", recordScript(1, 0x00, 0, 0, ""));
+    save(folder / "save-new-any-numbers", recordScript(3, 0x08, 11, 10, ""));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: %s <corpus folder> <folder of sample INI files>\n", argv[0]);
+    if (argc != 4) {
+        std::fprintf(stderr,
+                     "usage: %s <corpus folder> <folder of sample INI files> "
+                     "<folder of sample waveform files>\n",
+                     argv[0]);
         return 2;
     }
     const fs::path corpus(argv[1]);
     receiveSeeds(corpus / "receive");
     profileSeeds(corpus / "profile", argv[2]);
+    waveformSeeds(corpus / "waveform", argv[3]);
     return 0;
 }

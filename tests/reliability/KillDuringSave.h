@@ -1,19 +1,46 @@
 // Kills a process in the middle of saving a file: a child process saves over and over, the
 // test kills it with SIGKILL after a random delay, and checks the file after every kill.
+// Scratch copies that killed saves leave behind are kept inside the test's own folder.
 #pragma once
 
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <random>
+#include <string>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 namespace zorvik::test {
+
+/// Points the system's temporary folder (TMPDIR) at `folder` for the life of the object, so
+/// that scratch copies of killed saves stay inside the test's own folder.
+class TemporaryFolder {
+public:
+    explicit TemporaryFolder(const std::filesystem::path& folder) {
+        if (const char* old = std::getenv("TMPDIR"))
+            m_old = old;
+        std::filesystem::create_directory(folder);
+        ::setenv("TMPDIR", folder.c_str(), 1);
+    }
+    ~TemporaryFolder() {
+        if (m_old)
+            ::setenv("TMPDIR", m_old->c_str(), 1);
+        else
+            ::unsetenv("TMPDIR");
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+private:
+    std::optional<std::string> m_old;
+};
 
 /// How the kills fell.
 struct KillReport {

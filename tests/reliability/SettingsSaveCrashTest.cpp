@@ -14,36 +14,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 using namespace zorvik;
 using namespace zorvik::testing;
 namespace fs = std::filesystem;
 
 namespace {
-
-/// Points the system's temporary folder (TMPDIR) at `folder` for the life of the object, so
-/// that scratch copies of killed saves stay inside the test's own folder.
-class TemporaryFolder {
-public:
-    explicit TemporaryFolder(const fs::path& folder) {
-        if (const char* old = std::getenv("TMPDIR"))
-            m_old = old;
-        fs::create_directory(folder);
-        ::setenv("TMPDIR", folder.c_str(), 1);
-    }
-    ~TemporaryFolder() {
-        if (m_old)
-            ::setenv("TMPDIR", m_old->c_str(), 1);
-        else
-            ::unsetenv("TMPDIR");
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-private:
-    std::optional<std::string> m_old;
-};
 
 FakeSettingsPanel version(int n) {
     FakeSettingsPanel panel;
@@ -80,7 +56,7 @@ std::string settingsText(const std::string& path) {
 TEST(SettingsSaveCrash, FileHoldsTheOldOrTheNewSettingsWholeAfterEveryKill) {
     TempDir dir;
     const std::string path = dir.file(SettingsFile::kFileName);
-    const TemporaryFolder scratch(dir.path() / "tmp");
+    const test::TemporaryFolder scratch(dir.path() / "tmp");
 
     // The two versions as whole files and as the reader sees them.
     const FakeSettingsPanel panels[2] = {version(0), version(1)};
@@ -136,7 +112,7 @@ TEST(SettingsSaveCrash, FileHoldsTheOldOrTheNewSettingsWholeAfterEveryKill) {
 TEST(SettingsSaveCrash, SaveLeavesNoScratchCopyBehindAndItsPathOnTheIniObject) {
     TempDir dir;
     const fs::path scratch = dir.path() / "tmp";
-    const TemporaryFolder temporary(scratch);
+    const test::TemporaryFolder temporary(scratch);
     const std::string path = dir.file(SettingsFile::kFileName);
     cInifile ini;
     SettingsFile::write(ini, path, version(0));
