@@ -22,9 +22,6 @@ namespace {
 
 const char* const kText = "Unable to Communicate with Instrument - Check Port Connection!";
 
-/// The window's event loop may not stop answering for longer than this.
-constexpr double kMaxStallMs = 20.0;
-
 /// Noise in free run: every frame differs from every other, so a frame is known by its bytes.
 ProbeSettings noiseFreeRun() {
     ProbeSettings settings;

@@ -16,7 +16,6 @@ using namespace zorvik::test;
 namespace {
 
 const char* const kText = "Unable to Communicate with Instrument - Check Port Connection!";
-constexpr double kMaxStallMs = 20.0;
 constexpr double kMiB = 1024.0 * 1024.0;
 
 class LinkStrain : public ProbeSession {};
