@@ -27,7 +27,8 @@ public:
     QString errorString() const override;
 
     /// Input that waits in the program beyond this many bytes (what the system's own serial
-    /// buffer holds, about two seconds of the line) is dropped, oldest first.
+    /// buffer holds, about two seconds of the line) is dropped, oldest first, while no read or
+    /// a read without a time-out is armed; such a read may ask for up to this many bytes.
     static constexpr qint64 kMaxBacklog = 4096;
     /// Bytes dropped so far because the program fell behind the line.
     qint64 bytesDiscarded() const { return discarded_; }

@@ -135,12 +135,13 @@ TEST_P(DroppedBytes, WindowShowsEveryFrameTheFrameRulesRecoverFromWhatWasSent) {
                 "window's first frame on: %zu intact frames sent, %zu frames the frame rules "
                 "recover, %zu shown (%zu intact, %zu damaged yet accepted by the rules); intact "
                 "frames lost while the reader found its way back: %zu; longest stall %.1f ms "
-                "(%.1f ms of it the window's own)\n",
+                "(%.1f ms of it the window's own); %s\n",
                 rate, static_cast<unsigned long long>(counts.framesSent),
                 static_cast<unsigned long long>(counts.framesIntact),
                 static_cast<unsigned long long>(counts.bytesDropped), intactAfterStart,
                 expected.size(), shown.size(), intactShown, shown.size() - intactShown,
-                intactAfterStart - intactShown, meter.longestGapMs(), meter.longestOwnGapMs());
+                intactAfterStart - intactShown, meter.longestGapMs(), meter.longestOwnGapMs(),
+                longestSteps().c_str());
     EXPECT_LT(meter.longestOwnGapMs(), kMaxStallMs);
 }
 
@@ -197,12 +198,13 @@ TEST_F(FaultInjection, GarbageOnlyStreamShowsOnlyFramesTheFrameRulesCutFromIt) {
         from = static_cast<std::size_t>(at) + kFrameBytes;
     }
     EXPECT_TRUE(messages.empty());
-    std::printf(
-        "garbage only: %zu bytes sent, %d probes, %d waiting markers, %zu frames cut by "
-        "the rules; longest stall %.1f ms (%.1f ms own)\n",
-        sent.size(),
-        steps(ReceiveEvent::Hunt) + steps(ReceiveEvent::SyncFound) + steps(ReceiveEvent::Waiting),
-        steps(ReceiveEvent::Waiting), shown.size(), meter.longestGapMs(), meter.longestOwnGapMs());
+    std::printf("garbage only: %zu bytes sent, %d probes, %d waiting markers, %zu frames cut by "
+                "the rules; longest stall %.1f ms (%.1f ms own); %s\n",
+                sent.size(),
+                steps(ReceiveEvent::Hunt) + steps(ReceiveEvent::SyncFound) +
+                    steps(ReceiveEvent::Waiting),
+                steps(ReceiveEvent::Waiting), shown.size(), meter.longestGapMs(),
+                meter.longestOwnGapMs(), longestSteps().c_str());
     EXPECT_LT(meter.longestOwnGapMs(), kMaxStallMs);
 }
 

@@ -75,7 +75,7 @@ TEST_F(LinkStrain, UnpacedFloodKeepsMemoryFlatAndTheWindowAnswering) {
     settings.trigger = 0x00;
     PtyProbe::Options line;
     line.paced = false;
-    recordSent = false;
+    recordTraffic = false;
     frmMain& w = powerOn(ProbeStream(settings), line);
 
     QElapsedTimer clock;
@@ -87,23 +87,23 @@ TEST_F(LinkStrain, UnpacedFloodKeepsMemoryFlatAndTheWindowAnswering) {
         runFor(100);
         if (warm == 0 && clock.elapsed() >= 1000) {
             warm = residentBytes();
-            framesAtWarm = shown.size();
+            framesAtWarm = static_cast<std::size_t>(steps(ReceiveEvent::Frame));
         }
         highest = std::max(highest, residentBytes());
     }
     const std::int64_t last = residentBytes();
-    const std::size_t frames = shown.size() - framesAtWarm;
+    const std::size_t frames = static_cast<std::size_t>(steps(ReceiveEvent::Frame)) - framesAtWarm;
     w.CWBPwr->setValue(false);
     EXPECT_TRUE(messages.empty());
     EXPECT_GT(frames, static_cast<std::size_t>(seconds)) << "frames kept coming";
     std::printf("unpaced flood for %d s: %llu bytes sent, %zu frames shown after the first "
                 "second (%.0f per second); resident memory %.1f MiB after 1 s, %.1f MiB at the "
                 "end, %.1f MiB at most; bytes the window let go while behind: %lld; longest "
-                "stall %.1f ms (%.1f ms own)\n",
+                "stall %.1f ms (%.1f ms own); %s\n",
                 seconds, static_cast<unsigned long long>(probe->bytesWritten()), frames,
                 frames / (seconds - 1.0), warm / kMiB, last / kMiB, highest / kMiB,
                 static_cast<long long>(serial.bytesDiscarded()), meter.longestGapMs(),
-                meter.longestOwnGapMs());
+                meter.longestOwnGapMs(), longestSteps().c_str());
 #if defined(__SANITIZE_ADDRESS__)
     // AddressSanitizer keeps freed memory in quarantine, so resident memory grows by design;
     // memory is judged in the normal build (and leaks by LeakSanitizer here).

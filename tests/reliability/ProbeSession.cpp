@@ -6,6 +6,8 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <unistd.h>
 
@@ -30,7 +32,7 @@ void ProbeSession::startProbe(ProbeStream stream, PtyProbe::Options options) {
     // Stopping and starting the probe's writer thread is the test's doing, not the window's.
     meter.pause();
     probe.reset();
-    if (recordSent) {
+    if (recordTraffic) {
         options.onSent = [this](const std::uint8_t* bytes, std::size_t count) {
             std::lock_guard lock(m_sentMutex);
             m_sent.insert(m_sent.end(), bytes, bytes + count);
@@ -48,10 +50,17 @@ void ProbeSession::startProbe(ProbeStream stream, PtyProbe::Options options) {
 
 frmMain& ProbeSession::powerOn(ProbeStream stream, PtyProbe::Options options) {
     startProbe(std::move(stream), std::move(options));
+    // Connected before the window connects the link, so this runs first for every read.
+    m_stepClock.start();
+    QObject::connect(&serial, &SerialLink::dataReceived, &serial,
+                     [this] { m_stepStart = m_stepClock.nsecsElapsed(); });
     frmMain& w = start({1}, &serial);
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [this, &w](const ReceiveStep& step) {
-        ++m_steps[static_cast<std::size_t>(step.event)];
-        if (step.event == ReceiveEvent::Frame)
+        const auto event = static_cast<std::size_t>(step.event);
+        ++m_steps[event];
+        const double ms = static_cast<double>(m_stepClock.nsecsElapsed() - m_stepStart) / 1e6;
+        m_longestStep[event] = std::max(m_longestStep[event], ms);
+        if (step.event == ReceiveEvent::Frame && recordTraffic)
             shown.push_back({w.link().machine().state, w.link().machine().bytRawData});
     });
     meter.start();
@@ -122,6 +131,28 @@ std::vector<std::uint8_t> ProbeSession::sentBytes() const {
 
 int ProbeSession::steps(ReceiveEvent event) const {
     return m_steps[static_cast<std::size_t>(event)];
+}
+
+double ProbeSession::longestStepMs(ReceiveEvent event) const {
+    return m_longestStep[static_cast<std::size_t>(event)];
+}
+
+std::string ProbeSession::longestSteps() const {
+    static const std::pair<ReceiveEvent, const char*> kinds[] = {
+        {ReceiveEvent::Frame, "frame"},
+        {ReceiveEvent::SyncFound, "sync"},
+        {ReceiveEvent::Hunt, "hunt"},
+        {ReceiveEvent::Waiting, "waiting"},
+        {ReceiveEvent::Rejected, "rejected"}};
+    std::string text = "longest handling of a read:";
+    for (const auto& [event, name] : kinds) {
+        if (steps(event) == 0)
+            continue;
+        char figure[64];
+        std::snprintf(figure, sizeof figure, " %s %.1f ms", name, longestStepMs(event));
+        text += figure;
+    }
+    return text;
 }
 
 int ProbeSession::allSteps() const {

@@ -10,10 +10,13 @@
 #include "instrument/QtSerialLink.h"
 #include "probe/PtyProbe.h"
 
+#include <QElapsedTimer>
+
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace zorvik::test {
@@ -55,9 +58,15 @@ protected:
     /// Count of receive-cycle steps of this kind so far.
     int steps(ReceiveEvent event) const;
     int allSteps() const;
+    /// Longest time the link and the window took over one completed read of this kind, from
+    /// the serial link's delivery to the end of the window's handling, in milliseconds.
+    double longestStepMs(ReceiveEvent event) const;
+    /// The longest handling of each kind of read that happened, as text for the figures.
+    std::string longestSteps() const;
 
-    /// Keep every byte the probe sends (off for floods, whose bytes would fill the memory).
-    bool recordSent = true;
+    /// Keep every byte the probe sends and every frame shown (off for floods, whose bytes
+    /// would fill the memory and count as the window's own).
+    bool recordTraffic = true;
     std::unique_ptr<PtyProbe> probe;
     QtSerialLink serial;
     StallMeter meter;
@@ -67,6 +76,9 @@ private:
     mutable std::mutex m_sentMutex;
     std::vector<std::uint8_t> m_sent;
     std::vector<int> m_steps = std::vector<int>(16, 0);
+    std::vector<double> m_longestStep = std::vector<double>(16, 0.0);
+    QElapsedTimer m_stepClock;
+    qint64 m_stepStart = 0;
 };
 
 /// Where a frame the window showed lies in the bytes sent: the offset of its sync byte, or
