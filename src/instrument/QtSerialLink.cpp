@@ -106,7 +106,12 @@ void QtSerialLink::scheduleDelivery() {
 }
 
 void QtSerialLink::deliver() {
-    if (pendingCount_ <= 0 || !port_.isOpen())
+    if (!port_.isOpen())
+        return;
+    // A read with a time-out is the rest of a frame: its bytes are never dropped.
+    if (pendingCount_ <= 0 || !timeout_.isActive())
+        dropBacklog();
+    if (pendingCount_ <= 0)
         return;
     if (port_.bytesAvailable() < pendingCount_)
         return;
@@ -114,6 +119,16 @@ void QtSerialLink::deliver() {
     pendingCount_ = 0;
     timeout_.stop();
     emit dataReceived(bytes);
+}
+
+void QtSerialLink::dropBacklog() {
+    // The port reads whatever the line brings, whether or not the program keeps up with it.
+    // Held (no read armed) or flooded faster than frames are shown, the input would grow
+    // without limit and the display would lag ever further behind; a real port's buffer would
+    // overflow instead. The oldest input goes, and the two-byte probe hunts for the next frame.
+    const qint64 excess = port_.bytesAvailable() - kMaxBacklog;
+    if (excess > 0)
+        discarded_ += port_.skip(excess);
 }
 
 void QtSerialLink::onError(QSerialPort::SerialPortError error) {

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <optional>
 #include <random>
 
 #if defined(__unix__) || defined(__APPLE__)
@@ -94,33 +95,63 @@ AtomicFile::Contents AtomicFile::read(const fs::path& path) {
     return contents;
 }
 
-bool AtomicFile::replace(const fs::path& path, std::string_view bytes) {
+namespace {
+
+// What replace() writes to: the file itself (a symbolic link followed), its folder, whether it
+// exists and its status. Nothing when the file may not be replaced.
+struct Target {
+    fs::path file;
+    fs::path folder;
+    bool exists = false;
+    fs::file_status status;
+};
+
+std::optional<Target> replaceTarget(const fs::path& path) {
     if (path.empty())
+        return std::nullopt;
+    std::error_code ec;
+    Target t;
+    t.file = path;
+    if (fs::is_symlink(fs::symlink_status(t.file, ec))) {
+        t.file = fs::weakly_canonical(t.file, ec);
+        if (ec)
+            return std::nullopt;
+    }
+    t.folder = t.file.parent_path();
+    if (t.folder.empty())
+        t.folder = ".";
+    const fs::file_status folderStatus = fs::status(t.folder, ec);
+    if (ec || !fs::is_directory(folderStatus) || !hasWriteBit(folderStatus))
+        return std::nullopt;
+
+    t.status = fs::status(t.file, ec);
+    t.exists = fs::exists(t.status);
+    if (t.exists) {
+        if (!fs::is_regular_file(t.status) || !hasWriteBit(t.status))
+            return std::nullopt;
+        // Opening for appending changes nothing but tells whether the system allows a write.
+        std::ofstream probe(t.file, std::ios::binary | std::ios::app);
+        if (!probe)
+            return std::nullopt;
+    }
+    return t;
+}
+
+} // namespace
+
+bool AtomicFile::canReplace(const fs::path& path) {
+    return replaceTarget(path).has_value();
+}
+
+bool AtomicFile::replace(const fs::path& path, std::string_view bytes) {
+    const std::optional<Target> t = replaceTarget(path);
+    if (!t)
         return false;
     std::error_code ec;
-    fs::path target = path;
-    if (fs::is_symlink(fs::symlink_status(target, ec))) {
-        target = fs::weakly_canonical(target, ec);
-        if (ec)
-            return false;
-    }
-    fs::path folder = target.parent_path();
-    if (folder.empty())
-        folder = ".";
-    const fs::file_status folderStatus = fs::status(folder, ec);
-    if (ec || !fs::is_directory(folderStatus) || !hasWriteBit(folderStatus))
-        return false;
-
-    const fs::file_status targetStatus = fs::status(target, ec);
-    const bool exists = fs::exists(targetStatus);
-    if (exists) {
-        if (!fs::is_regular_file(targetStatus) || !hasWriteBit(targetStatus))
-            return false;
-        // Opening for appending changes nothing but tells whether the system allows a write.
-        std::ofstream probe(target, std::ios::binary | std::ios::app);
-        if (!probe)
-            return false;
-    }
+    const fs::path& target = t->file;
+    const fs::path& folder = t->folder;
+    const bool exists = t->exists;
+    const fs::file_status& targetStatus = t->status;
 
     const fs::path temp = uniqueSibling(folder, target.filename());
     if (!writeNewFile(temp, bytes)) {

@@ -30,6 +30,8 @@ public:
     /// "no write permission bit set" as well as "the system refuses the write", so a file or
     /// folder the user marked read-only is left alone even for the administrator.
     static bool replace(const std::filesystem::path& path, std::string_view bytes);
+    /// True when replace() would be allowed to write `path` (nothing is written).
+    static bool canReplace(const std::filesystem::path& path);
 
     /// True when `folder` is a folder with a write permission bit in which a new file can
     /// actually be created (tried with a short-lived probe file).

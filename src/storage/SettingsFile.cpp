@@ -4,7 +4,9 @@
 #include "storage/AtomicFile.h"
 #include "storage/VbConvert.h"
 
+#include <cstdio>
 #include <exception>
+#include <random>
 #include <utility>
 
 namespace zorvik {
@@ -54,6 +56,62 @@ std::int32_t wholeNumber(const std::string& text) {
     return VbConvert::roundToLong(VbConvert::leadingNumber(text));
 }
 
+// A copy of the settings file in the system's temporary folder that the save writes its keys
+// into, key by key as ever; the whole copy then replaces the file in one step. A crash or a
+// kill in the middle of the save thus leaves the previous settings whole, never a mixture.
+// The copy is removed when the save is done.
+class ScratchCopy {
+public:
+    explicit ScratchCopy(const std::filesystem::path& file) {
+        namespace fs = std::filesystem;
+        const AtomicFile::Contents contents = AtomicFile::read(file);
+        if (contents.status == AtomicFile::Status::NotAFile || !AtomicFile::canReplace(file))
+            return; // the save fails key by key, as a direct write does
+        m_existed = contents.status == AtomicFile::Status::Read;
+        std::error_code ec;
+        const fs::path folder = fs::temp_directory_path(ec);
+        if (ec)
+            return;
+        std::random_device random;
+        for (int attempt = 0; attempt < 100 && m_path.empty(); ++attempt) {
+            const fs::path candidate =
+                folder / ("zorvik-settings-" + std::to_string(random()) + ".ini");
+            // "x": created here and now, never an existing file.
+            if (std::FILE* f = std::fopen(candidate.string().c_str(), "wbx")) {
+                const bool written = std::fwrite(contents.bytes.data(), 1, contents.bytes.size(),
+                                                 f) == contents.bytes.size();
+                if (std::fclose(f) == 0 && written)
+                    m_path = candidate;
+                else
+                    fs::remove(candidate, ec);
+            }
+        }
+    }
+    ~ScratchCopy() {
+        std::error_code ec;
+        if (!m_path.empty())
+            std::filesystem::remove(m_path, ec);
+    }
+    ScratchCopy(const ScratchCopy&) = delete;
+    ScratchCopy& operator=(const ScratchCopy&) = delete;
+
+    /// Empty when the save goes straight to the file.
+    const std::filesystem::path& path() const { return m_path; }
+
+    /// Replaces `file` with the copy in one step. A file that was not there comes into being
+    /// only when at least one key was written.
+    bool commit(const std::filesystem::path& file) const {
+        const AtomicFile::Contents copy = AtomicFile::read(m_path);
+        if (copy.status != AtomicFile::Status::Read || (!m_existed && copy.bytes.empty()))
+            return false;
+        return AtomicFile::replace(file, copy.bytes);
+    }
+
+private:
+    std::filesystem::path m_path;
+    bool m_existed = false;
+};
+
 } // namespace
 
 std::filesystem::path SettingsFile::location(const std::filesystem::path& programFolder,
@@ -67,7 +125,8 @@ std::filesystem::path SettingsFile::location(const std::filesystem::path& progra
 
 void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsPanel& panel) {
     using namespace VbConvert;
-    ini.setPath(path);
+    const ScratchCopy scratch(path);
+    ini.setPath(scratch.path().empty() ? path : scratch.path().string());
 
     ini.setSection("SETTINGS");
     writeKey(ini, "Hscaleindex", [&] { return longToText(roundToLong(panel.timeRangeValue())); });
@@ -75,13 +134,19 @@ void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsP
     // The offset keeps its fraction: the shortest '.' text that reads back to the same number.
     writeKey(ini, "Chaoffset", [&] { return doubleToText(panel.chaOffsetValue()); });
 
+    // The loops name their pair's members rather than binding them, so that every C++20
+    // compiler (clang 14 too) lets the lambdas use them.
     ini.setSection("COLORS");
-    for (const auto& [key, colour] : kColours)
-        writeKey(ini, key, [&] { return longToText(panel.colour(colour)); });
+    for (const auto& entry : kColours)
+        writeKey(ini, entry.first, [&] { return longToText(panel.colour(entry.second)); });
 
     ini.setSection("BUTTONS");
-    for (const auto& [key, button] : kButtons)
-        writeKey(ini, key, [&] { return booleanToText(panel.button(button)); });
+    for (const auto& entry : kButtons)
+        writeKey(ini, entry.first, [&] { return booleanToText(panel.button(entry.second)); });
+
+    if (!scratch.path().empty())
+        scratch.commit(path);
+    ini.setPath(path);
 }
 
 void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& panel) {
@@ -94,13 +159,15 @@ void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& p
     readKey(ini, "Chaoffset", [&](const std::string& t) { panel.applyChaOffset(t); });
 
     ini.setSection("COLORS");
-    for (const auto& [key, colour] : kColours)
-        readKey(ini, key, [&](const std::string& t) { panel.setColour(colour, wholeNumber(t)); });
+    for (const auto& entry : kColours) {
+        readKey(ini, entry.first,
+                [&](const std::string& t) { panel.setColour(entry.second, wholeNumber(t)); });
+    }
 
     ini.setSection("BUTTONS");
-    for (const auto& [key, button] : kButtons) {
-        readKey(ini, key, [&](const std::string& t) {
-            panel.applyButton(button, VbConvert::textToBoolean(t));
+    for (const auto& entry : kButtons) {
+        readKey(ini, entry.first, [&](const std::string& t) {
+            panel.applyButton(entry.second, VbConvert::textToBoolean(t));
         });
     }
 }

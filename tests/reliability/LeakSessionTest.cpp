@@ -1,0 +1,105 @@
+// A whole session as a user has it: the demo probe streaming, STORE, the reference saved to a
+// .wdf, PRINT with its preview printing to a PDF file, the Options dialog, and quitting. In the
+// sanitizer build LeakSanitizer checks the process for leaks at the end of this test and when
+// the process ends.
+#include "ProbeSession.h"
+#include "dialogs/frmOptions.h"
+#include "printing/ModalRunner.h"
+#include "printing/PrintControl.h"
+#include "printing/frmPreview.h"
+#include "storage/WaveformFile.h"
+#include "storage/WaveformRecord.h"
+#include "storage/frmFile.h"
+#include "widgets/LitButton.h"
+
+#include <QAction>
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
+
+using namespace zorvik;
+using namespace zorvik::test;
+
+namespace {
+
+class LeakSession : public ProbeSession {
+protected:
+    void TearDown() override {
+        frmFile::setModalRunner({});
+        setModalRunner({});
+        frmOptions::setModalRunner({});
+        PrintControl::setPdfPathChooser({});
+        PrintControl::setPrinterLister({});
+        ProbeSession::TearDown();
+    }
+};
+
+} // namespace
+
+TEST_F(LeakSession, DemoStoreSavePreviewPrintOptionsAndQuitLeaveNoLeak) {
+    QTemporaryDir folder;
+    const QString wdf = folder.filePath("session.wdf");
+    const QString pdf = folder.filePath("session.pdf");
+    int fileRuns = 0;
+    int previewRuns = 0;
+    int optionsRuns = 0;
+    frmFile::setModalRunner([&](frmFile& form) {
+        ++fileRuns;
+        form.setSaveChooser(
+            [&](QWidget*, const QString&, const QString&) { return std::optional<QString>(wdf); });
+        form.mnuFileSaveAs->trigger();
+        form.OKButton->click();
+    });
+    // No printer: PRINT in the preview prints to a PDF file.
+    PrintControl::setPrinterLister([] { return QStringList(); });
+    PrintControl::setPdfPathChooser([&](QWidget*, const QString&) { return pdf; });
+    setModalRunner([&](QDialog& dialog) {
+        if (auto* preview = qobject_cast<frmPreview*>(&dialog)) {
+            ++previewRuns;
+            preview->show();
+            preview->findChild<QToolBar*>("tb")->findChild<QAction*>("Print")->trigger();
+        }
+        return 0;
+    });
+    frmOptions::setModalRunner([&](frmOptions& options) {
+        ++optionsRuns;
+        options.show();
+        options.findChild<QPushButton*>("cmdCancel")->click();
+    });
+
+    frmMain& w = powerOn(ProbeStream(ProbeSettings{}));
+    ASSERT_TRUE(waitFor([&] { return shown.size() >= 3; }, 5000));
+
+    w.CWBStoreRef->setValue(true);
+    EXPECT_FALSE(w.link().machine().blnAcquire);
+
+    QTest::mouseClick(w.CWBFile, Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return fileRuns == 1 && !w.CWBFile->value(); }, 5000));
+    WaveformRecord saved;
+    cInifile ini;
+    EXPECT_EQ(WaveformFile::LoadWaveformFile(ini, wdf.toStdString(), saved),
+              WaveformLoadResult::Loaded);
+    EXPECT_EQ(saved.volts, w.sngRefVolts);
+
+    QTest::mouseClick(w.CWBPrint, Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return previewRuns == 1; }, 10000));
+    EXPECT_TRUE(QFile::exists(pdf));
+
+    QTest::mouseClick(w.CWBMenu, Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return optionsRuns == 1 && !w.CWBMenu->value(); }, 5000));
+
+    w.close();
+    window.reset();
+    EXPECT_TRUE(messages.empty());
+    EXPECT_TRUE(QFile::exists(settingsPath()));
+#if defined(__SANITIZE_ADDRESS__)
+    // Everything the session made is gone now; anything unreachable is a leak.
+    EXPECT_EQ(__lsan_do_recoverable_leak_check(), 0);
+#endif
+}
