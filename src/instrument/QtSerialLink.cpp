@@ -3,6 +3,8 @@
 
 #include <QMetaObject>
 
+#include <algorithm>
+
 namespace zorvik {
 
 QtSerialLink::QtSerialLink(QObject* parent) : SerialLink(parent) {
@@ -11,6 +13,7 @@ QtSerialLink::QtSerialLink(QObject* parent) : SerialLink(parent) {
     connect(&timeout_, &QTimer::timeout, this, &QtSerialLink::onTimeout);
     connect(&port_, &QSerialPort::readyRead, this, &QtSerialLink::deliver);
     connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialLink::onError);
+    port_.setReadBufferSize(kMaxBacklog);
 }
 
 QtSerialLink::~QtSerialLink() {
@@ -78,6 +81,8 @@ void QtSerialLink::read(int count, int timeoutMs) {
         return;
     if (timeoutMs > 0)
         timeout_.start(timeoutMs);
+    // The port's own buffer must be able to hold the whole read.
+    port_.setReadBufferSize(std::max<qint64>(kMaxBacklog, count));
     scheduleDelivery();
 }
 
@@ -106,29 +111,26 @@ void QtSerialLink::scheduleDelivery() {
 }
 
 void QtSerialLink::deliver() {
-    if (!port_.isOpen())
+    if (!port_.isOpen() || pendingCount_ <= 0)
         return;
-    // A read with a time-out is the rest of a frame: its bytes are never dropped.
-    if (pendingCount_ <= 0 || !timeout_.isActive())
-        dropBacklog();
-    if (pendingCount_ <= 0)
+    if (port_.bytesAvailable() >= pendingCount_) {
+        const QByteArray bytes = port_.read(pendingCount_);
+        pendingCount_ = 0;
+        timeout_.stop();
+        emit dataReceived(bytes);
         return;
-    if (port_.bytesAvailable() < pendingCount_)
-        return;
-    const QByteArray bytes = port_.read(pendingCount_);
-    pendingCount_ = 0;
-    timeout_.stop();
-    emit dataReceived(bytes);
+    }
+    resumeReading();
 }
 
-void QtSerialLink::dropBacklog() {
-    // The port reads whatever the line brings, whether or not the program keeps up with it.
-    // Held (no read armed) or flooded faster than frames are shown, the input would grow
-    // without limit and the display would lag ever further behind; a real port's buffer would
-    // overflow instead. The oldest input goes, and the two-byte probe hunts for the next frame.
-    const qint64 excess = port_.bytesAvailable() - kMaxBacklog;
-    if (excess > 0)
-        discarded_ += port_.skip(excess);
+void QtSerialLink::resumeReading() {
+    // The port stops taking bytes from the system once its own buffer is full (a flood faster
+    // than the window shows frames, or a hold with no read armed): the bytes then wait in the
+    // system and the line slows to the program's pace, so the program's memory stays bounded
+    // and nothing that arrived is dropped by the program. A read that finds too few bytes
+    // lets the port take more; giving the buffer its size again does that.
+    if (port_.isOpen() && port_.bytesAvailable() < port_.readBufferSize())
+        port_.setReadBufferSize(port_.readBufferSize());
 }
 
 void QtSerialLink::onError(QSerialPort::SerialPortError error) {

@@ -26,17 +26,17 @@ public:
     bool readPending() const override { return pendingCount_ > 0; }
     QString errorString() const override;
 
-    /// Input that waits in the program beyond this many bytes (what the system's own serial
-    /// buffer holds, about two seconds of the line) is dropped, oldest first, while no read or
-    /// a read without a time-out is armed; such a read may ask for up to this many bytes.
+    /// The most bytes the port keeps in the program's memory (what the system's own serial
+    /// buffer holds, about two seconds of the line); beyond that the input waits in the system.
+    /// A read that asks for more bytes gets room for all of them.
     static constexpr qint64 kMaxBacklog = 4096;
-    /// Bytes dropped so far because the program fell behind the line.
-    qint64 bytesDiscarded() const { return discarded_; }
+    /// Bytes taken from the system and waiting in the program for a read.
+    qint64 bytesWaiting() const { return port_.bytesAvailable(); }
 
 private:
     void scheduleDelivery();
     void deliver();
-    void dropBacklog();
+    void resumeReading();
     void onError(QSerialPort::SerialPortError error);
     void onTimeout();
 
@@ -44,7 +44,6 @@ private:
     QTimer timeout_;
     qint32 baud_ = 19200;
     int pendingCount_ = 0;
-    qint64 discarded_ = 0;
     bool deliveryQueued_ = false;
     QString lastError_;
     QString device_;

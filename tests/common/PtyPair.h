@@ -45,7 +45,8 @@ public:
     bool ok() const { return master_ >= 0; }
     const std::string& path() const { return path_; }
 
-    void write(const std::vector<unsigned char>& bytes) const {
+    /// Writes without waiting; returns how many bytes the terminal took (fewer when full).
+    std::size_t write(const std::vector<unsigned char>& bytes) const {
         std::size_t done = 0;
         while (done < bytes.size()) {
             const ssize_t n = ::write(master_, bytes.data() + done, bytes.size() - done);
@@ -53,7 +54,11 @@ public:
                 break;
             done += static_cast<std::size_t>(n);
         }
+        return done;
     }
+
+    /// The master side, for tests that write from a thread of their own.
+    int masterFd() const { return master_; }
 
     /// Closes both ends: the device node disappears and an open port fails.
     void closeAll() {

@@ -22,8 +22,8 @@ namespace {
 class ProbeProcess {
 public:
     explicit ProbeProcess(std::vector<std::string> args) {
-        args.insert(args.begin(), ZORVIK_PROBE_EXE);
-        std::vector<char*> argv;
+        std::string program = ZORVIK_PROBE_EXE;
+        std::vector<char*> argv{program.data()};
         for (auto& arg : args)
             argv.push_back(arg.data());
         argv.push_back(nullptr);
