@@ -2,17 +2,22 @@
 #include "storage/ProfileLines.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace zorvik::profile {
 
 namespace {
 
 std::size_t findLineBreak(std::string_view text, std::size_t from) {
-    for (std::size_t i = from; i < text.size(); ++i) {
-        if (text[i] == '\r' || text[i] == '\n')
-            return i;
-    }
-    return text.size();
+    // The first LF, then the first CR before it: two block searches instead of a test of
+    // every byte, since every look-up of a key runs through the file line by line.
+    if (from >= text.size())
+        return text.size();
+    const char* const base = text.data();
+    const auto* lf = static_cast<const char*>(std::memchr(base + from, '\n', text.size() - from));
+    const std::size_t end = lf ? static_cast<std::size_t>(lf - base) : text.size();
+    const auto* cr = static_cast<const char*>(std::memchr(base + from, '\r', end - from));
+    return cr ? static_cast<std::size_t>(cr - base) : end;
 }
 
 char lowerAscii(char c) {

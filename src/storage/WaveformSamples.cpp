@@ -163,6 +163,10 @@ float WaveformSamples::read(std::string_view text, std::uint8_t bytSwitchSetting
                 return *volts;
         }
     }
+    // Not a sample of the file's own range (or the file names the unused range code 0x0C):
+    // the other ranges in the order 1 V, 10 V, 100 V. A text that two ranges share (-0.4761903
+    // is -30 counts at 1 V and -3 counts at 10 V) thus comes back as the lower range's sample;
+    // both show the same number.
     for (const auto& range : ranges) {
         if (range.code != fileRange) {
             if (const auto volts = find(range, *value))

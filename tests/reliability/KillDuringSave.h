@@ -82,6 +82,12 @@ inline KillReport killDuringSaves(int kills, std::chrono::microseconds maxDelay,
         }
         if (child < 0)
             std::abort();
+        // The delay counts from the child's first save, not from the fork: on a busy machine
+        // a new process may wait a while for a processor before it runs at all.
+        const auto forked = std::chrono::steady_clock::now();
+        while (progress->started == next &&
+               std::chrono::steady_clock::now() - forked < std::chrono::seconds(5))
+            std::this_thread::yield();
         std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));
         ::kill(child, SIGKILL);
         int status = 0;
