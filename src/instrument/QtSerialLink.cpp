@@ -24,6 +24,7 @@ bool QtSerialLink::open(const QString& device) {
     close();
     lastError_.clear();
     device_ = device;
+    portFull_ = false;
     port_.setPortName(device);
     if (!port_.open(QIODevice::ReadOnly)) {
         lastError_ = port_.errorString();
@@ -81,8 +82,13 @@ void QtSerialLink::read(int count, int timeoutMs) {
         return;
     if (timeoutMs > 0)
         timeout_.start(timeoutMs);
-    // The port's own buffer must be able to hold the whole read.
-    port_.setReadBufferSize(std::max<qint64>(kMaxBacklog, count));
+    // The port's own buffer must be able to hold the whole read, and a port that stopped
+    // taking bytes because its buffer was full takes them again.
+    const qint64 room = std::max<qint64>(kMaxBacklog, count);
+    if (portFull_ || port_.readBufferSize() != room) {
+        portFull_ = false;
+        port_.setReadBufferSize(room);
+    }
     scheduleDelivery();
 }
 
@@ -111,26 +117,20 @@ void QtSerialLink::scheduleDelivery() {
 }
 
 void QtSerialLink::deliver() {
-    if (!port_.isOpen() || pendingCount_ <= 0)
+    if (!port_.isOpen())
         return;
-    if (port_.bytesAvailable() >= pendingCount_) {
-        const QByteArray bytes = port_.read(pendingCount_);
-        pendingCount_ = 0;
-        timeout_.stop();
-        emit dataReceived(bytes);
-        return;
-    }
-    resumeReading();
-}
-
-void QtSerialLink::resumeReading() {
     // The port stops taking bytes from the system once its own buffer is full (a flood faster
     // than the window shows frames, or a hold with no read armed): the bytes then wait in the
     // system and the line slows to the program's pace, so the program's memory stays bounded
-    // and nothing that arrived is dropped by the program. A read that finds too few bytes
-    // lets the port take more; giving the buffer its size again does that.
-    if (port_.isOpen() && port_.bytesAvailable() < port_.readBufferSize())
-        port_.setReadBufferSize(port_.readBufferSize());
+    // and nothing that arrived is dropped by the program. The next read lets it go on.
+    if (port_.bytesAvailable() >= port_.readBufferSize())
+        portFull_ = true;
+    if (pendingCount_ <= 0 || port_.bytesAvailable() < pendingCount_)
+        return;
+    const QByteArray bytes = port_.read(pendingCount_);
+    pendingCount_ = 0;
+    timeout_.stop();
+    emit dataReceived(bytes);
 }
 
 void QtSerialLink::onError(QSerialPort::SerialPortError error) {

@@ -36,7 +36,6 @@ public:
 private:
     void scheduleDelivery();
     void deliver();
-    void resumeReading();
     void onError(QSerialPort::SerialPortError error);
     void onTimeout();
 
@@ -45,6 +44,7 @@ private:
     qint32 baud_ = 19200;
     int pendingCount_ = 0;
     bool deliveryQueued_ = false;
+    bool portFull_ = false; ///< the port's buffer filled up and it stopped taking bytes
     QString lastError_;
     QString device_;
 };
