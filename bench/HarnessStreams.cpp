@@ -67,11 +67,14 @@ int measureLatency(const Options& options) {
     const int expected = options.latencySeconds * 14 + 400;
     const FrameSequence sequence(settings, stream.seed, expected);
 
-    // The moment the last byte of each frame went onto the wire (written by the probe thread).
+    // The moment the last byte of each frame went onto the wire: taken on the probe thread
+    // just before the write, so that a window quicker than the probe thread's return from the
+    // write still finds it; bytes the terminal had no room for (before the program opens the
+    // port) keep their place in the stream.
     auto lastByteNs = std::make_unique<std::atomic<qint64>[]>(static_cast<std::size_t>(expected));
     std::uint64_t bytesSent = 0;
     PtyProbe::Options paced;
-    paced.onSent = [&](const std::uint8_t*, std::size_t count) {
+    paced.onDue = [&](const std::uint8_t*, std::size_t count) {
         const qint64 now = nowNs();
         const std::uint64_t before = bytesSent;
         bytesSent += count;
@@ -92,15 +95,23 @@ int measureLatency(const Options& options) {
     std::vector<int> rendered; // frames rendered by the latest replot, not yet on screen
     std::vector<double> latencies;
     int unknown = 0;
+    int taken = 0;
+    int skipped = 0;
+    int lastTaken = -1;
     bool measuring = false;
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [&](const ReceiveStep& s) {
         if (s.event != ReceiveEvent::Frame || !measuring)
             return;
         const int n = sequence.numberOf(w.link().machine().bytRawData);
-        if (n < 0)
+        if (n < 0) {
             ++unknown;
-        else
-            accepted.push_back(n);
+            return;
+        }
+        ++taken;
+        if (lastTaken >= 0 && n > lastTaken + 1)
+            skipped += n - lastTaken - 1;
+        lastTaken = n;
+        accepted.push_back(n);
     });
     QObject::connect(w.CWGraph1, &QCustomPlot::afterReplot, &w, [&] {
         rendered.insert(rendered.end(), accepted.begin(), accepted.end());
@@ -132,7 +143,10 @@ int measureLatency(const Options& options) {
     measuring = false;
 
     const Distribution d = distributionOf(latencies);
-    detail(QStringLiteral("%1 frames timed over %2 s, %3 not from the probe; graph %4 x %5 px")
+    detail(QStringLiteral("%1 frames taken in, %2 skipped, %3 timed over %4 s, %5 not from the "
+                          "probe; graph %6 x %7 px")
+               .arg(taken)
+               .arg(skipped)
                .arg(d.count)
                .arg(wall, 0, 'f', 1)
                .arg(unknown)

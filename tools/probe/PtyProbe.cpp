@@ -271,6 +271,8 @@ void PtyProbe::runPaced() {
                 : std::min(chunk.bytes.size(), static_cast<std::size_t>(std::floor(elapsedBytes)));
         if (due > offset) {
             const std::size_t wanted = due - offset;
+            if (m_options.onDue)
+                m_options.onDue(chunk.bytes.data() + offset, wanted);
             const std::size_t written = writeSome(chunk.bytes.data() + offset, wanted);
             sent(chunk.bytes.data() + offset, written);
             m_bytesDropped += wanted - written;

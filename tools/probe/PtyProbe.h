@@ -30,6 +30,9 @@ public:
         std::string linkPath;
         /// Told of every byte that went out (on the writer thread).
         std::function<void(const std::uint8_t* bytes, std::size_t count)> onSent;
+        /// Paced only: told of the bytes whose moment on the line has come, just before they
+        /// are written (on the writer thread), whether or not the terminal has room for them.
+        std::function<void(const std::uint8_t* bytes, std::size_t count)> onDue;
     };
 
     explicit PtyProbe(ProbeStream stream);
