@@ -1,6 +1,8 @@
 // Byte-level judgement of the changes the profile engine makes to a file.
 #include "ProfileChanges.h"
 
+#include <vector>
+
 namespace zorvik::fuzz {
 
 namespace {
@@ -146,20 +148,34 @@ std::optional<std::string> ProfileChanges::checkDeleteKey(std::string_view befor
 
 std::optional<std::string> ProfileChanges::checkDeleteSection(std::string_view before,
                                                               std::string_view after) {
-    std::size_t kept = 0;
+    // The file afterwards must be the lines of the file before, some of them left out, and
+    // every line left out a header or a key line. Which lines went is not known, and a line
+    // can be the start of another ("[A]" ended by a lone CR is the start of "[A]" ended by
+    // CR LF), so every way of matching is followed: the set of places in `after` that the
+    // lines so far can have reached.
+    std::vector<bool> reached(after.size() + 1, false);
+    reached[0] = true;
     for (const LineSpan& line : lines(before)) {
         const std::string_view whole = before.substr(line.begin, line.next - line.begin);
-        if (after.substr(kept, whole.size()) == whole) {
-            kept += whole.size();
-            continue;
-        }
         const std::string_view text = before.substr(line.begin, line.end - line.begin);
-        if (!isHeader(text) && !isEntry(text))
+        const bool removable = isHeader(text) || isEntry(text);
+        std::vector<bool> next(after.size() + 1, false);
+        bool any = false;
+        for (std::size_t at = 0; at <= after.size(); ++at) {
+            if (!reached[at])
+                continue;
+            if (removable)
+                next[at] = any = true;
+            if (after.substr(at, whole.size()) == whole)
+                next[at + whole.size()] = any = true;
+        }
+        if (!any)
             return mismatch("deleting a section removed a line that is neither a header nor a "
                             "key line, or changed one",
                             before, after);
+        reached.swap(next);
     }
-    if (kept != after.size())
+    if (!reached[after.size()])
         return mismatch("deleting a section added bytes", before, after);
     return std::nullopt;
 }

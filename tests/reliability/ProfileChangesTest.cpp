@@ -69,3 +69,13 @@ TEST(ProfileChanges, LineStartingWithANulByteIsAKeyLineAsTheEngineReadsIt) {
     EXPECT_FALSE(ProfileChanges::isEntry("  \t"));
     EXPECT_EQ(ProfileChanges::checkDeleteSection(withNul, ""), std::nullopt);
 }
+
+TEST(ProfileChanges, RemovedHeaderEndedByALoneCrIsNotTakenForTheStartOfALaterLine) {
+    // The first [C] section goes; the second [C], ended by CR LF, stays. "[C]\r" is the start of
+    // "[C]\r\n", which must not make the lines that follow look changed.
+    const std::string before = "[S]\r\nk=1\r\n[C]\rx=3\r\nk=1\r\n[C]\r\nCu]\r\nI=F\r\n";
+    const std::string after = "[S]\r\nk=1\r\n[C]\r\nCu]\r\nI=F\r\n";
+    EXPECT_EQ(ProfileChanges::checkDeleteSection(before, after), std::nullopt);
+    EXPECT_TRUE(ProfileChanges::checkDeleteSection(before, "[S]\r\nk=1\r\n[C]\r\nI=F\r\n"))
+        << "Cu] is neither a header nor a key line";
+}
