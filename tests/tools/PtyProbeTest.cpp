@@ -295,3 +295,36 @@ TEST(PtyProbe, SentBytesAreReportedAsTheyGoOut) {
     EXPECT_EQ(reported, bytes);
     EXPECT_EQ(probe.bytesWritten(), 3 * 139u);
 }
+
+TEST(PtyProbe, DueBytesAreReportedBeforeTheWriteAndIncludeThoseAFullTerminalDrops) {
+    std::mutex mutex;
+    std::vector<std::uint8_t> due;
+    std::vector<std::uint8_t> sent;
+    bool sentBeforeDue = false;
+    PtyProbe::Options options;
+    options.bytesPerSecond = 20e6; // nobody reads: the terminal fills and bytes are dropped
+    options.onDue = [&](const std::uint8_t* bytes, std::size_t count) {
+        std::lock_guard lock(mutex);
+        due.insert(due.end(), bytes, bytes + count);
+    };
+    options.onSent = [&](const std::uint8_t* bytes, std::size_t count) {
+        std::lock_guard lock(mutex);
+        // What goes out was reported due first.
+        if (due.size() < sent.size() + count)
+            sentBeforeDue = true;
+        sent.insert(sent.end(), bytes, bytes + count);
+    };
+    PtyProbe probe(ProbeStream(ProbeSettings{}, frames(400)), options);
+    probe.start();
+    ASSERT_TRUE(probe.waitUntilDone(10s));
+    probe.stop();
+    std::lock_guard lock(mutex);
+    EXPECT_FALSE(sentBeforeDue);
+    EXPECT_GT(probe.bytesDropped(), 0u);
+    EXPECT_EQ(due.size(), 400u * 139u) << "every byte of the stream fell due once";
+    EXPECT_EQ(due.size(), probe.bytesWritten() + probe.bytesDropped());
+    EXPECT_EQ(sent.size(), probe.bytesWritten());
+    // The stream starts with whole bytes written before the terminal filled up.
+    ASSERT_FALSE(sent.empty());
+    EXPECT_TRUE(std::equal(sent.begin(), sent.begin() + 139, due.begin()));
+}
