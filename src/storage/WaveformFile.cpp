@@ -110,12 +110,10 @@ void readSamples(cInifile& ini, WaveformTarget& target) {
         joined += ini.Value();
     }
     const auto pieces = WaveformSamples::split(joined);
-    // The range the samples were most likely taken in: the file's, read just before.
-    const std::uint8_t range = target.hardware().bytSwitchSetting;
     for (std::size_t i = 0; i < kSamplesPerFrame; ++i) {
         if (i >= pieces.size())
             throw ConversionError(ConversionError::Kind::TypeMismatch, "fewer than 128 samples");
-        target.setRefSample(i, WaveformSamples::read(pieces[i], range));
+        target.setRefSample(i, WaveformSamples::read(pieces[i]));
     }
 }
 

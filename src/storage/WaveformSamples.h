@@ -1,11 +1,12 @@
 // The reference samples as the Waveform Data File keeps them: seven lines of comma-separated
 // numbers with at most 7 significant digits, and the way a number read back becomes a sample.
+// A sample saved and loaded again is the single nearest to its 7-digit text, which may differ
+// from the sample that was saved in the last bit: that is all the file keeps.
 #pragma once
 
 #include "display/TraceArrays.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,13 +29,10 @@ public:
     /// and an empty piece); an empty text gives no piece at all.
     static std::vector<std::string_view> split(std::string_view text);
 
-    /// A sample read back from its text. The text must be a number (VbConvert::textToSingle;
-    /// otherwise ConversionError). When it is the 7-digit text of a sample the probe can
-    /// deliver, (count - 31) x volts per count for counts 0 to 62, the exact single-precision
-    /// product is returned; the ranges are tried in this order: the one of `bytSwitchSetting`
-    /// (AND 0x0C) first, then the others from the lowest range code up. Any other number is
-    /// returned as read.
-    static float read(std::string_view text, std::uint8_t bytSwitchSetting);
+    /// A sample read back from its text: the single-precision number nearest to the decimal
+    /// value of the text (VbConvert::textToSingle, whatever the locale); a text that is no
+    /// number throws ConversionError.
+    static float read(std::string_view text);
 };
 
 } // namespace zorvik

@@ -41,7 +41,7 @@ public:
     GermanLocale(const GermanLocale&) = delete;
     GermanLocale& operator=(const GermanLocale&) = delete;
 
-    /// False when no German locale could be had (the test then skips).
+    /// False when no German locale could be had (the test then fails: the set-up installs one).
     bool available() const { return !m_missing; }
 
 private:

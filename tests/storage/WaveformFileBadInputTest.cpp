@@ -77,8 +77,8 @@ TEST_F(WaveformBadInput, AMissingReftrace7FailsAfterSamples1To120WereReplaced) {
     const auto start = text.find("Reftrace7=");
     const auto end = text.find("\r\n", start) + 2;
     EXPECT_EQ(loadText(text.substr(0, start) + text.substr(end)), WaveformLoadResult::Failed);
-    EXPECT_EQ(bits(record.volts[0]), bits(probeVolts(31, 0x00)));
-    EXPECT_EQ(bits(record.volts[119]), bits(probeVolts(8, 0x00)));
+    EXPECT_EQ(bits(record.volts[0]), bits(asFiled(probeVolts(31, 0x00))));
+    EXPECT_EQ(bits(record.volts[119]), bits(asFiled(probeVolts(8, 0x00))));
     for (std::size_t i = 120; i < 128; ++i)
         EXPECT_EQ(record.volts[i], 99.0f) << i;
     // What comes before the samples was applied; Tadj, after them, was not.
@@ -93,7 +93,8 @@ TEST_F(WaveformBadInput, ASevenDigitExponentLinePast254CharactersFails) {
     EXPECT_EQ(WaveformFile::LoadWaveformFile(ini, wdfFixture("long-line.wdf").string(), record),
               WaveformLoadResult::Failed);
     for (std::size_t i = 0; i < 18; ++i)
-        EXPECT_EQ(bits(record.volts[i]), bits(probeVolts(31 - 1 - static_cast<int>(i % 6), 0x00)))
+        EXPECT_EQ(bits(record.volts[i]),
+                  bits(asFiled(probeVolts(31 - 1 - static_cast<int>(i % 6), 0x00))))
             << i;
     EXPECT_EQ(record.volts[18], 99.0f);
     EXPECT_EQ(record.sampleInterval, 2e-3f);
@@ -117,13 +118,13 @@ TEST_F(WaveformBadInput, ALineCutAfterAFullSampleLosesSamplesAndFails) {
 TEST_F(WaveformBadInput, MoreThan128SamplesLoadAndTheRestIsIgnored) {
     EXPECT_EQ(loadEdited("-4.761903E-02\r\n", "-4.761903E-02,1,2,3\r\n"),
               WaveformLoadResult::Loaded);
-    EXPECT_EQ(bits(record.volts[127]), bits(probeVolts(28, 0x00)));
+    EXPECT_EQ(bits(record.volts[127]), bits(asFiled(probeVolts(28, 0x00))));
     EXPECT_EQ(bits(record.sampleInterval), bits(5e-6f));
 }
 
 TEST_F(WaveformBadInput, FewerThan128SamplesFailAfterStoringThoseThere) {
     EXPECT_EQ(loadEdited(",-4.761903E-02\r\n", "\r\n"), WaveformLoadResult::Failed);
-    EXPECT_EQ(bits(record.volts[126]), bits(probeVolts(25, 0x00)));
+    EXPECT_EQ(bits(record.volts[126]), bits(asFiled(probeVolts(25, 0x00))));
     EXPECT_EQ(record.volts[127], 99.0f);
 }
 
@@ -137,7 +138,7 @@ TEST_F(WaveformBadInput, ASampleThatIsNotANumberFailsAndKeepsTheSamplesBeforeIt)
     EXPECT_EQ(loadEdited("Reftrace1=0,4.761903E-02,", "Reftrace1=0,4.761903E-02,volts,"),
               WaveformLoadResult::Failed);
     EXPECT_EQ(record.volts[0], 0.0f);
-    EXPECT_EQ(bits(record.volts[1]), bits(probeVolts(34, 0x00)));
+    EXPECT_EQ(bits(record.volts[1]), bits(asFiled(probeVolts(34, 0x00))));
     EXPECT_EQ(record.volts[2], 99.0f);
 }
 
@@ -174,7 +175,7 @@ TEST_F(WaveformBadInput, ValuesThatDoNotConvertEndTheLoadWhereTheyStand) {
     EXPECT_EQ(record.timeRange, 1);
     record = untouchedRecord();
     EXPECT_EQ(loadEdited("TADJ=5E-06", "TADJ=5E-06s"), WaveformLoadResult::Failed);
-    EXPECT_EQ(bits(record.volts[127]), bits(probeVolts(28, 0x00)));
+    EXPECT_EQ(bits(record.volts[127]), bits(asFiled(probeVolts(28, 0x00))));
     EXPECT_EQ(record.sampleInterval, 2e-3f);
 }
 
@@ -182,11 +183,11 @@ TEST_F(WaveformBadInput, ATruncatedFileFailsWithWhatItHeldApplied) {
     const std::string text = readBytes(wdfFixture("windows-style.wdf"));
     EXPECT_EQ(loadText(text.substr(0, text.find("REFTRACE4=") + 40)), WaveformLoadResult::Failed);
     EXPECT_EQ(record.timeRange, 9);
-    EXPECT_EQ(bits(record.volts[59]), bits(probeVolts(17, 0x00)));
+    EXPECT_EQ(bits(record.volts[59]), bits(asFiled(probeVolts(17, 0x00))));
     // The cut leaves "-9.523806" of the 63rd sample: -6 counts in the range the record still
     // has, since HARDWARE was cut off.
     EXPECT_EQ(record.state.bytSwitchSetting, 0x18);
-    EXPECT_EQ(bits(record.volts[62]), bits(probeVolts(25, 0x08)));
+    EXPECT_EQ(bits(record.volts[62]), bits(asFiled(probeVolts(25, 0x08))));
     EXPECT_EQ(record.volts[63], 99.0f);
 }
 

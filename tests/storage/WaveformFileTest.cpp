@@ -8,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 using namespace zorvik;
 using namespace zorvik::testing;
 
@@ -125,7 +129,7 @@ TEST_F(WaveformFileTest, SettingsAreWrittenAsTheyStand) {
     (void)path;
 }
 
-TEST_F(WaveformFileTest, EveryRangeAndEveryCountSavesAndLoadsBitIdentically) {
+TEST_F(WaveformFileTest, EveryRangeAndEveryCountLoadsAsTheNearestSingleToItsSavedText) {
     for (std::uint8_t range : kRangeCodes) {
         for (int seed : {0, 63 - 20}) {
             const WaveformRecord r = probeRecord(range, seed);
@@ -134,7 +138,8 @@ TEST_F(WaveformFileTest, EveryRangeAndEveryCountSavesAndLoadsBitIdentically) {
             ASSERT_EQ(WaveformFile::LoadWaveformFile(ini, path, loaded),
                       WaveformLoadResult::Loaded);
             for (std::size_t i = 0; i < 128; ++i)
-                ASSERT_EQ(bits(loaded.volts[i]), bits(r.volts[i])) << int(range) << " " << i;
+                ASSERT_EQ(bits(loaded.volts[i]), bits(asFiled(r.volts[i])))
+                    << int(range) << " " << i;
         }
     }
 }
@@ -150,10 +155,9 @@ TEST_F(WaveformFileTest, EveryTimeBasesSampleIntervalSavesAndLoadsBitIdentically
     }
 }
 
-TEST_F(WaveformFileTest, RoundTripsAreExactUnderAGermanLocaleToo) {
+TEST_F(WaveformFileTest, RoundTripsAreTheSameUnderAGermanLocale) {
     GermanLocale german;
-    if (!german.available())
-        GTEST_SKIP() << "no de_DE.UTF-8 locale and localedef could not make one";
+    ASSERT_TRUE(german.available()) << "the set-up installs de_DE.UTF-8";
     for (std::uint8_t range : kRangeCodes) {
         WaveformRecord r = probeRecord(range, 9);
         r.sampleInterval = kSampleIntervals[range / 4];
@@ -169,7 +173,7 @@ TEST_F(WaveformFileTest, RoundTripsAreExactUnderAGermanLocaleToo) {
         WaveformRecord loaded = untouchedRecord();
         ASSERT_EQ(WaveformFile::LoadWaveformFile(ini, path, loaded), WaveformLoadResult::Loaded);
         for (std::size_t i = 0; i < 128; ++i)
-            ASSERT_EQ(bits(loaded.volts[i]), bits(r.volts[i])) << i;
+            ASSERT_EQ(bits(loaded.volts[i]), bits(asFiled(r.volts[i]))) << i;
         EXPECT_EQ(bits(loaded.sampleInterval), bits(r.sampleInterval));
         EXPECT_EQ(loaded.chaOffset, -0.25);
     }
@@ -200,8 +204,9 @@ TEST_F(WaveformFileTest, ALoadAppliesSettingsButtonsHardwareSamplesAndTadj) {
 }
 
 // Written by an older Windows build: CRLF, exponent and leading-dot forms, keys in mixed case,
-// a comment, a key and a section this program does not know.
-TEST_F(WaveformFileTest, AFileInTheWindowsStyleLoadsWithExactProbeSamples) {
+// a comment, a key and a section this program does not know. Each sample is the single
+// nearest to its text.
+TEST_F(WaveformFileTest, AFileInTheWindowsStyleLoadsEachSampleAsTheNearestSingleToItsText) {
     constexpr int kCounts[128] = {
         31, 34, 37, 40, 42, 45, 48, 50, 52, 54, 56, 57, 59, 60, 60, 61, 61, 61, 60, 60, 59, 57,
         56, 54, 52, 50, 48, 45, 42, 40, 37, 34, 31, 28, 25, 22, 20, 17, 14, 12, 10, 8,  6,  5,
@@ -222,8 +227,49 @@ TEST_F(WaveformFileTest, AFileInTheWindowsStyleLoadsWithExactProbeSamples) {
     EXPECT_EQ(loaded.state.bytTimebaseDef, 4);
     EXPECT_EQ(loaded.state.bytTriggerDef, 64);
     for (std::size_t i = 0; i < 128; ++i)
-        EXPECT_EQ(bits(loaded.volts[i]), bits(probeVolts(kCounts[i], 0x00))) << i;
+        EXPECT_EQ(bits(loaded.volts[i]), bits(asFiled(probeVolts(kCounts[i], 0x00)))) << i;
+    // Spot checks straight from the file's own texts.
+    EXPECT_EQ(bits(loaded.volts[1]), bits(nearestSingle("4.761903E-02")));
+    EXPECT_EQ(bits(loaded.volts[3]), bits(nearestSingle(".1428571")));
+    EXPECT_EQ(bits(loaded.volts[40]), bits(nearestSingle("-0.3333332")));
     EXPECT_EQ(bits(loaded.sampleInterval), bits(5e-6f));
+}
+
+// A 100 V trace as an older Windows build wrote it, opened under a German locale: CRLF,
+// upper-case .WDF, numbers with "E+00" and "E+01" exponents, leading dots and signs. Every
+// sample is the single nearest to its own text, value for value.
+TEST_F(WaveformFileTest, AWindowsWrittenFileLoadsValueForValueUnderAGermanLocale) {
+    GermanLocale german;
+    ASSERT_TRUE(german.available()) << "the set-up installs de_DE.UTF-8";
+    const std::vector<std::string> texts = {"-4.920633E+01", "-3.174602E+01", "-1.587301E+01",
+                                            "-4.761903E+00", "-1.587301E+00", "0",
+                                            "1.587301E+00",  "3.174602",      "4.761903E+00",
+                                            ".7936505",      "-.3174602",     "2.222221E+01",
+                                            "4.920633E+01",  "1.587301",      "-0.4920633",
+                                            "9.523806E-02",  "-9.523806E-02", "7.936505E+00",
+                                            "-7.936505",     "1.2698408E+01"};
+    std::string samples;
+    for (int line = 1; line <= 7; ++line) {
+        samples += "Reftrace" + std::to_string(line) + "=";
+        for (int i = (line - 1) * 20; i < std::min(line * 20, 128); ++i)
+            samples += texts[static_cast<std::size_t>(i) % texts.size()] + (i < 127 ? "," : "");
+        samples += "\r\n";
+    }
+    const std::string path = dir.file("BENCH100V.WDF");
+    writeBytes(path, "[APPLICATION]\r\nName=Zorvik\r\nVersion=1.1.1\r\n[SETTINGS]\r\n"
+                     "Hscaleindex=4\r\nVscaleindex=1\r\nGraphoffset=0\r\nChaoffset=.5\r\n"
+                     "[BUTTONS]\r\nInvert=False\r\nReference=True\r\n[ANALOGTRACE]\r\n" +
+                         samples +
+                         "Tadj=5E-08\r\n[HARDWARE]\r\nRange=40\r\nTriggerlevel=4\r\n"
+                         "Timebase=0\r\nTriggerdef=65\r\n");
+    WaveformRecord loaded = untouchedRecord();
+    ASSERT_EQ(WaveformFile::LoadWaveformFile(ini, path, loaded), WaveformLoadResult::Loaded);
+    for (std::size_t i = 0; i < 128; ++i)
+        EXPECT_EQ(bits(loaded.volts[i]), bits(nearestSingle(texts[i % texts.size()]))) << i;
+    EXPECT_EQ(bits(loaded.volts[14]), 0xBEFBEFB9u); // "-0.4920633"
+    EXPECT_EQ(bits(loaded.sampleInterval), bits(5e-8f));
+    EXPECT_EQ(loaded.chaOffset, 0.5);
+    EXPECT_EQ(loaded.state.bytSwitchSetting, 40);
 }
 
 TEST_F(WaveformFileTest, OlderNumberFormsLoadAsTheyRead) {
@@ -237,8 +283,8 @@ TEST_F(WaveformFileTest, OlderNumberFormsLoadAsTheyRead) {
     EXPECT_TRUE(loaded.reference); // "1"
     const float expected[8] = {0.5f,  -0.25f,
                                0.0f,  355.5554f,
-                               5e-8f, probeVolts(0, 0x00), // a probe sample of another range
-                               1e-7f, probeVolts(30, 0x00)};
+                               5e-8f, asFiled(probeVolts(0, 0x00)),
+                               1e-7f, asFiled(probeVolts(30, 0x00))};
     for (std::size_t i = 0; i < 128; ++i)
         EXPECT_EQ(bits(loaded.volts[i]), bits(expected[i % 8])) << i;
     EXPECT_EQ(bits(loaded.sampleInterval), bits(1e-7f));
@@ -310,7 +356,7 @@ TEST_F(WaveformFileTest, AnEmptyOrMissingTadjKeepsTheSampleInterval) {
         WaveformRecord loaded = untouchedRecord();
         ASSERT_EQ(WaveformFile::LoadWaveformFile(ini, path, loaded), WaveformLoadResult::Loaded);
         EXPECT_EQ(loaded.sampleInterval, 2e-3f);
-        EXPECT_EQ(bits(loaded.volts[1]), bits(probeVolts(34, 0x00)));
+        EXPECT_EQ(bits(loaded.volts[1]), bits(asFiled(probeVolts(34, 0x00))));
     }
 }
 

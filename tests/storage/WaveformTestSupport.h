@@ -3,11 +3,15 @@
 #pragma once
 
 #include "instrument/DecodeTables.h"
+#include "storage/VbConvert.h"
 #include "storage/WaveformRecord.h"
 
 #include <bit>
+#include <clocale>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
+#include <locale.h>
 #include <string>
 
 namespace zorvik::testing {
@@ -23,6 +27,18 @@ inline std::uint32_t bits(float f) {
 /// What the display makes of a raw count in a range: (count - 31) x volts per count.
 inline float probeVolts(int count, std::uint8_t range) {
     return static_cast<float>(count - 31) * *rangeVoltsPerCount(range);
+}
+
+/// The single nearest to a decimal text, by the C library's own conversion in the "C" locale:
+/// a second opinion, independent of the program's, on what a sample text loads as.
+inline float nearestSingle(const std::string& text) {
+    static const locale_t c = newlocale(LC_ALL_MASK, "C", locale_t{});
+    return strtof_l(text.c_str(), nullptr, c);
+}
+
+/// What a sample becomes once saved and loaded: the single nearest to its 7-digit text.
+inline float asFiled(float volts) {
+    return nearestSingle(VbConvert::singleToText(volts));
 }
 
 /// A record as a probe trace leaves it: sample i has count (seed + i) % 63, so the counts 0 to

@@ -147,7 +147,7 @@ TEST_F(frmFileTest, OpenLoadsTheFileAndShowsItAsTheReference) {
     EXPECT_EQ(host->calls, kShownCalls);
     EXPECT_EQ(form->sCurrentFile, *openAnswer);
     EXPECT_EQ(host->record.timeRange, 9);
-    EXPECT_EQ(bits(host->record.volts[1]), bits(probeVolts(34, 0x00)));
+    EXPECT_EQ(bits(host->record.volts[1]), bits(asFiled(probeVolts(34, 0x00))));
     EXPECT_TRUE(host->record.reference);
     // The next Open starts from the name chosen last.
     openAnswer.reset();
@@ -235,7 +235,7 @@ TEST_F(frmFileTest, AFileThatFailsHalfWayKeepsWhatItAppliedAndShowsTheLoadError)
     EXPECT_TRUE(host->calls.isEmpty());
     EXPECT_FALSE(host->refLoaded);
     EXPECT_EQ(host->record.timeRange, 9);
-    EXPECT_EQ(bits(host->record.volts[119]), bits(probeVolts(8, 0x00)));
+    EXPECT_EQ(bits(host->record.volts[119]), bits(asFiled(probeVolts(8, 0x00))));
     EXPECT_EQ(host->record.volts[120], 99.0f);
 }
 
@@ -264,7 +264,7 @@ TEST_F(frmFileTest, SaveWritesTheCurrentFileWithoutADialog) {
     cInifile ini;
     EXPECT_EQ(WaveformFile::LoadWaveformFile(ini, dir.file("current.wdf"), back),
               WaveformLoadResult::Loaded);
-    EXPECT_EQ(bits(back.volts[5]), bits(host->record.volts[5]));
+    EXPECT_EQ(bits(back.volts[5]), bits(asFiled(host->record.volts[5])));
 }
 
 TEST_F(frmFileTest, SaveWithNoCurrentFileAsksForANameLikeSaveAs) {

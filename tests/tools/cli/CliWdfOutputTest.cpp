@@ -62,9 +62,9 @@ TEST(CliWdf, FileSavedByTheProgramPrintsCsvRowsOfSampleTimeAndVolts) {
     const QList<QByteArray> lines = r.lines();
     ASSERT_EQ(lines.size(), 129);
     EXPECT_EQ(lines[0], "sample,time_s,volts");
-    EXPECT_EQ(lines[1], "0,0,4.9206333");
+    EXPECT_EQ(lines[1], "0,0,4.920633");
     EXPECT_EQ(lines[2], "1,5e-05,0");
-    EXPECT_EQ(lines[3], "2,1e-04,-4.9206333");
+    EXPECT_EQ(lines[3], "2,1e-04,-4.920633");
     EXPECT_EQ(lines[4], "3,0.00014999999,0.1587301");
     EXPECT_EQ(lines[128], "127,0.00635,0.1587301");
     for (int i = 0; i < 128; ++i) {
@@ -75,7 +75,7 @@ TEST(CliWdf, FileSavedByTheProgramPrintsCsvRowsOfSampleTimeAndVolts) {
     }
 }
 
-TEST(CliWdf, WindowsStyleFilePrintsTheProbesExactSamplesAsJson) {
+TEST(CliWdf, WindowsStyleFilePrintsItsSamplesAsJson) {
     // CRLF lines, a comment, keys in mixed case, 7-digit exponent and leading-dot numbers.
     const CliResult r = wdfOf(wdfFixture("windows-style.wdf"), "windows-style.wdf");
     ASSERT_TRUE(r.finished);
@@ -94,7 +94,7 @@ TEST(CliWdf, WindowsStyleFilePrintsCsvWithTadjTimes) {
     EXPECT_EQ(lines[1], "0,0,0");
     EXPECT_EQ(lines[2], "1,5e-06,0.04761903");
     EXPECT_EQ(lines[3], "2,1e-05,0.09523806");
-    EXPECT_EQ(lines[4], "3,1.5e-05,0.14285709");
+    EXPECT_EQ(lines[4], "3,1.5e-05,0.1428571");
     EXPECT_EQ(lines[128], "127,0.000635,-0.04761903");
     const QList<QByteArray> samples = kWindowsStyleSamples.split(',');
     for (int i = 0; i < 128; ++i)
@@ -109,7 +109,7 @@ TEST(CliWdf, OlderNumberFormsPrintAsTheLoadAppliesThem) {
     EXPECT_TRUE(r.out.startsWith(
         R"({"Hscaleindex":2,"Vscaleindex":4,"Chaoffset":0.25,"Invert":false,"Reference":true,)"
         R"("bytSwitchSetting":4,"bytTriggerLvl":8,"bytTimebaseDef":1,"bytTriggerDef":0,)"
-        R"("Tadj":1e-07,"samples":[0.5,-0.25,0,355.5554,5e-08,-0.49206328,1e-07,-0.01587301,)"
+        R"("Tadj":1e-07,"samples":[0.5,-0.25,0,355.5554,5e-08,-0.4920633,1e-07,-0.01587301,)"
         R"(0.5,-0.25,)"));
     EXPECT_EQ(arrayItems(r.out, "samples").size(), 128);
 }
