@@ -11,7 +11,7 @@ $SUDO apt-get install -y -qq --no-install-recommends \
     qt6-base-dev qt6-base-dev-tools libgl-dev qt6-serialport-dev \
     libqcustomplot-dev libqcustomplot2.1-qt6 \
     libgtest-dev libgmock-dev googletest libbenchmark-dev \
-    xvfb xauth x11-apps x11-utils xdotool imagemagick poppler-utils locales \
+    xvfb xauth x11-apps x11-utils xdotool openbox imagemagick poppler-utils locales \
     clang-format fonts-dejavu-core clang libclang-rt-14-dev \
     desktop-file-utils appstream man-db dpkg-dev \
     >/dev/null

@@ -1,14 +1,15 @@
 // Composition root of the zorvik program: creates the serial link, the port mapping and the
 // main window, wires the windows that the front panel opens, and runs the event loop.
+#include "app/ApplicationSetup.h"
 #include "app/frmMain.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
 #include "storage/SettingsFile.h"
+#include "support/SessionEnd.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QIcon>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
@@ -22,12 +23,11 @@
 using namespace zorvik;
 
 int main(int argc, char** argv) {
+    // A logout, a shutdown or a kill that comes while the program starts waits for the window
+    // and then closes it the normal way.
+    SessionEnd::catchSignals();
     QApplication app(argc, argv);
-    QApplication::setApplicationName("zorvik");
-    QApplication::setApplicationDisplayName("Zorvik");
-    QApplication::setApplicationVersion(ZORVIK_VERSION);
-    QGuiApplication::setDesktopFileName(ZORVIK_APP_ID);
-    QApplication::setWindowIcon(QIcon::fromTheme(ZORVIK_APP_ID));
+    setUpApplication();
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Front panel for the Zorvik hand-held probe oscilloscope.");
@@ -82,6 +82,15 @@ int main(int argc, char** argv) {
     frmMain window(services);
     window.Form_Load();
     window.show();
+
+    // The system asks the program to end (SIGTERM, SIGHUP, SIGINT, the session ending): the
+    // window closes as when the user closes it, so the port is closed and the settings file
+    // written, once; every other window closes with it.
+    SessionEnd sessionEnd;
+    QObject::connect(&sessionEnd, &SessionEnd::requested, &window, [&window] {
+        window.close();
+        QApplication::quit();
+    });
 
     // A file named on the command line (a file manager opening a .wdf) is loaded once the
     // window is up, by the same rules and with the same messages as File -> Open.
