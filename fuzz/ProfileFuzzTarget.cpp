@@ -8,10 +8,12 @@
 //   of outer quotes removed, 254 characters through cInifile), whenever the names and value
 //   can be read back at all (no line break, no ']' in the section, no '=' in the key, ...);
 // - a change alters only the bytes of the line it concerns (or appends a section), a deleted
-//   key removes one key line, a deleted section only header and key lines.
+//   key removes one key line, a deleted section only header and key lines. A Unicode file
+//   (UTF-16 LE, beginning with FF FE) stays one, and the same holds for its text.
 #include "FuzzInput.h"
 #include "ProfileChanges.h"
 #include "storage/ProfileFile.h"
+#include "storage/ProfileText.h"
 #include "storage/cInifile.h"
 
 #include <cstdlib>
@@ -205,22 +207,30 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         check(result != 0, "a write into a writable folder failed");
         check(after.has_value(), "a successful write left no file");
-        const std::string old = before.value_or("");
+        // The change is judged on the files' texts: for a Unicode file, its characters in
+        // UTF-8, and the caller's names and value as they stand in it.
+        const ProfileText oldText = ProfileText::decode(before.value_or(""));
+        const ProfileText newText = ProfileText::decode(*after);
+        check(!before || newText.encoding() == oldText.encoding(),
+              "a write changed the file's encoding");
+        const std::string& old = oldText.text();
+        const std::string& now = newText.text();
         const std::string s(trim(cText(*section), false));
         if (op == 3) {
             const std::string k(trim(cText(*keyArg), false));
             const std::string v(cText(*written));
-            if (const auto wrong = ProfileChanges::checkWrite(old, *after, s, k, v))
+            if (const auto wrong = ProfileChanges::checkWrite(
+                    old, now, oldText.fromCaller(s), oldText.fromCaller(k), oldText.fromCaller(v)))
                 fail("a write changed the file wrongly", *wrong);
             if (readable(s, k, v))
                 checkReadBack(s, k, v, path);
         } else if (!before) {
             check(after->empty(), "deleting from a missing file did not leave an empty file");
         } else if (op == 4) {
-            if (const auto wrong = ProfileChanges::checkDeleteKey(old, *after))
+            if (const auto wrong = ProfileChanges::checkDeleteKey(old, now))
                 fail("deleting a key changed the file wrongly", *wrong);
         } else {
-            if (const auto wrong = ProfileChanges::checkDeleteSection(old, *after))
+            if (const auto wrong = ProfileChanges::checkDeleteSection(old, now))
                 fail("deleting a section changed the file wrongly", *wrong);
         }
     }

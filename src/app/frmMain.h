@@ -42,6 +42,9 @@ struct MainWindowServices {
     QString programFolder; ///< folder of the running program
     /// The settings file (empty: settings are neither read nor written).
     QString settingsPath;
+    /// When `settingsPath` is the per-user copy: the ZORVIK.INI beside the program, read until
+    /// the copy exists and copied into it by the first save.
+    QString settingsOriginal;
     /// Minimum time the splash stays on screen at start-up, in milliseconds.
     int splashMinDisplayMs = 3000;
 };

@@ -147,18 +147,25 @@ private:
 
 } // namespace
 
+namespace {
+SettingsLocation settingsLocation(const MainWindowServices& s) {
+    return {s.settingsPath.toStdString(), s.settingsOriginal.toStdString()};
+}
+} // namespace
+
 void frmMain::readSettings() {
     if (services_.settingsPath.isEmpty())
         return;
     MainWindowSettings panel(*this);
-    SettingsFile::read(cInifile::instance(), services_.settingsPath.toStdString(), panel);
+    SettingsFile::read(cInifile::instance(), settingsLocation(services_).readPath().string(),
+                       panel);
 }
 
 void frmMain::writeSettings() {
     if (services_.settingsPath.isEmpty())
         return;
     MainWindowSettings panel(*this);
-    SettingsFile::write(cInifile::instance(), services_.settingsPath.toStdString(), panel);
+    SettingsFile::write(cInifile::instance(), settingsLocation(services_), panel);
 }
 
 } // namespace zorvik

@@ -40,17 +40,16 @@ int main(int argc, char** argv) {
     parser.process(app);
 
     // The settings file lives beside the program, or in the user's configuration folder when
-    // the program's folder cannot be written (an installed program).
+    // the program's folder cannot be written (an installed program): until that copy exists
+    // the file beside the program is read, and the first save starts the copy from it.
     const QString programFolder = QApplication::applicationDirPath();
-    const QString settingsPath = QString::fromStdString(
-        SettingsFile::location(
-            programFolder.toStdString(),
-            QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString())
-            .string());
+    const SettingsLocation settings = SettingsFile::location(
+        programFolder.toStdString(),
+        QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString());
 
     // COM1..COM8 name the devices of the "PORTS" section, or the system's defaults.
     PortMap ports;
-    for (const auto& [n, device] : SettingsFile::readPorts(settingsPath.toStdString()))
+    for (const auto& [n, device] : SettingsFile::readPorts(settings.readPath().string()))
         ports.setDevice(n, device);
     QtSerialLink serial;
 
@@ -77,7 +76,8 @@ int main(int argc, char** argv) {
     services.ports = &ports;
     services.deviceExists = [](const QString& device) { return QFileInfo::exists(device); };
     services.programFolder = programFolder;
-    services.settingsPath = settingsPath;
+    services.settingsPath = QString::fromStdString(settings.file.string());
+    services.settingsOriginal = QString::fromStdString(settings.original.string());
 
     frmMain window(services);
     window.Form_Load();

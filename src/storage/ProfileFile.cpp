@@ -4,6 +4,7 @@
 #include "storage/AtomicFile.h"
 #include "storage/ProfileEditor.h"
 #include "storage/ProfileLines.h"
+#include "storage/ProfileText.h"
 
 #include <algorithm>
 #include <cstring>
@@ -83,9 +84,18 @@ std::optional<std::string_view> findValue(std::string_view text, const SectionRa
     ProfileLine line;
     while (reader.next(line)) {
         if (line.kind == LineKind::Entry && equalsIgnoreCase(line.name, key))
-            return unquote(line.value).substr(0, ProfileFile::kMaxValueLength);
+            return unquote(line.value);
     }
     return std::nullopt;
+}
+
+/// The file as the engine reads it; a file that is missing or cannot be read has no text.
+ProfileText readText(const std::filesystem::path& path, bool* notAFile = nullptr) {
+    const AtomicFile::Contents file = AtomicFile::read(path);
+    if (notAFile)
+        *notAFile = file.status == AtomicFile::Status::NotAFile;
+    return file.status == AtomicFile::Status::Read ? ProfileText::decode(file.bytes)
+                                                   : ProfileText();
 }
 
 std::filesystem::path toPath(const std::string& path) {
@@ -99,29 +109,31 @@ std::uint32_t ProfileFile::getPrivateProfileString(const OptionalText& section,
                                                    const OptionalText& defaultText,
                                                    std::span<char> buffer,
                                                    const std::string& path) {
-    const AtomicFile::Contents file = AtomicFile::read(toPath(path));
-    const bool haveFile = file.status == AtomicFile::Status::Read;
+    const ProfileText file = readText(toPath(path));
+    const std::string& text = file.text();
 
     if (!section) {
-        if (!haveFile) {
+        if (!file.exists()) {
             if (!buffer.empty())
                 buffer[0] = '\0';
             return 0;
         }
-        return copyList(sectionNames(file.bytes), buffer);
+        return copyList(file.toCaller(sectionNames(text)), buffer);
     }
 
     const std::optional<SectionRange> range =
-        haveFile ? findSection(file.bytes, trimSpaces(cString(*section))) : std::nullopt;
+        file.exists() ? findSection(text, file.fromCaller(trimSpaces(cString(*section))))
+                      : std::nullopt;
     if (!range)
         return copyDefault(defaultText, buffer);
     if (!key)
-        return copyList(keyNames(file.bytes, *range), buffer);
+        return copyList(file.toCaller(keyNames(text, *range)), buffer);
     const std::optional<std::string_view> value =
-        findValue(file.bytes, *range, trimSpaces(cString(*key)));
+        findValue(text, *range, file.fromCaller(trimSpaces(cString(*key))));
     if (!value)
         return copyDefault(defaultText, buffer);
-    return copyText(*value, buffer);
+    const std::string asRead = file.toCaller(*value);
+    return copyText(std::string_view(asRead).substr(0, kMaxValueLength), buffer);
 }
 
 ProfileFile::ReadResult ProfileFile::getPrivateProfileString(const OptionalText& section,
@@ -143,19 +155,35 @@ std::int32_t ProfileFile::writePrivateProfileString(const OptionalText& section,
     const std::filesystem::path file = toPath(path);
     if (!section || file.empty())
         return 0;
-    AtomicFile::Contents contents = AtomicFile::read(file);
-    if (contents.status == AtomicFile::Status::NotAFile)
+    bool notAFile = false;
+    ProfileText text = readText(file, &notAFile);
+    if (notAFile)
         return 0;
-    const std::optional<std::string> existing =
-        contents.status == AtomicFile::Status::Missing
-            ? std::nullopt
-            : std::optional<std::string>(std::move(contents.bytes));
-    const std::optional<std::string> updated = editText(existing, section, key, value);
     // Deleting what is not there leaves the file alone (its time stamp too). A value is
     // always written, even an unchanged one, so that a read-only file reports failure.
-    if (!updated)
+    if (!edit(text, section, key, value))
         return 1;
-    return AtomicFile::replace(file, *updated) ? 1 : 0;
+    return AtomicFile::replace(file, text.encode()) ? 1 : 0;
+}
+
+bool ProfileFile::edit(ProfileText& file, const OptionalText& section, const OptionalText& key,
+                       const OptionalText& value) {
+    if (!section)
+        return false;
+    // The caller's names and value as the file's own text; what a C string would not see
+    // (from the first NUL on) is cut before, as in the file.
+    auto inFile = [&](const OptionalText& t) -> OptionalText {
+        if (!t)
+            return std::nullopt;
+        return file.fromCaller(cString(*t));
+    };
+    std::optional<std::string> updated =
+        editText(file.exists() ? std::optional<std::string>(file.text()) : std::nullopt,
+                 inFile(section), inFile(key), inFile(value));
+    if (!updated)
+        return false;
+    file.setText(std::move(*updated));
+    return true;
 }
 
 std::optional<std::string> ProfileFile::editText(const std::optional<std::string>& contents,

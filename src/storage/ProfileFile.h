@@ -2,9 +2,11 @@
 // Windows profile-string functions (GetPrivateProfileStringA / WritePrivateProfileStringA),
 // on every platform. The file is read afresh at every call; nothing is cached.
 //
-// Text is 8-bit bytes passed through unchanged, never re-encoded (a UTF-8 byte-order mark is
-// just three bytes of line 1). Every argument is seen as a C string: a NUL ends it. std::nullopt
-// stands for the NULL pointer of the Windows functions.
+// Callers speak 8-bit text. A file is 8-bit bytes passed through unchanged (a UTF-8 byte-order
+// mark is just three bytes of line 1), unless it begins with the UTF-16 LE mark: such a
+// Unicode file is read as UTF-16 and stays UTF-16 with its mark when written (ProfileText).
+// Every argument is seen as a C string: a NUL ends it. std::nullopt stands for the NULL pointer
+// of the Windows functions.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +15,8 @@
 #include <string>
 
 namespace zorvik {
+
+class ProfileText;
 
 using OptionalText = std::optional<std::string>;
 
@@ -67,6 +71,12 @@ public:
     static std::optional<std::string> editText(const std::optional<std::string>& contents,
                                                const OptionalText& section, const OptionalText& key,
                                                const OptionalText& value);
+
+    /// What writePrivateProfileString does to a file's text, in the file's own encoding: the
+    /// caller's 8-bit section, key and value are converted into it first. False (and `file`
+    /// unchanged) when the write changes nothing.
+    static bool edit(ProfileText& file, const OptionalText& section, const OptionalText& key,
+                     const OptionalText& value);
 };
 
 } // namespace zorvik

@@ -2,11 +2,12 @@
 #include "storage/SettingsFile.h"
 
 #include "storage/AtomicFile.h"
+#include "storage/ProfileDocument.h"
 #include "storage/VbConvert.h"
 
-#include <cstdio>
+#include <chrono>
 #include <exception>
-#include <random>
+#include <optional>
 #include <utility>
 
 namespace zorvik {
@@ -29,12 +30,12 @@ constexpr std::pair<const char*, SettingsButton> kButtons[] = {
     {"Invert", SettingsButton::Invert},
 };
 
-// One key of the writer: an error while making or writing the text skips this key only.
-template <typename MakeText> void writeKey(cInifile& ini, const char* key, MakeText makeText) {
+// One key of the writer: an error while making the text skips this key only.
+template <typename MakeText>
+void writeKey(cInifile& ini, ProfileDocument& document, const char* key, MakeText makeText) {
     ini.setKey(key);
     try {
-        std::string text = makeText();
-        ini.setValue(text);
+        document.write(ini, makeText());
     } catch (const std::exception&) {
     }
 }
@@ -56,97 +57,91 @@ std::int32_t wholeNumber(const std::string& text) {
     return VbConvert::roundToLong(VbConvert::leadingNumber(text));
 }
 
-// A copy of the settings file in the system's temporary folder that the save writes its keys
-// into, key by key as ever; the whole copy then replaces the file in one step. A crash or a
-// kill in the middle of the save thus leaves the previous settings whole, never a mixture.
-// The copy is removed when the save is done.
-class ScratchCopy {
-public:
-    explicit ScratchCopy(const std::filesystem::path& file) {
-        namespace fs = std::filesystem;
-        const AtomicFile::Contents contents = AtomicFile::read(file);
-        if (contents.status == AtomicFile::Status::NotAFile || !AtomicFile::canReplace(file))
-            return; // the save fails key by key, as a direct write does
-        m_existed = contents.status == AtomicFile::Status::Read;
-        std::error_code ec;
-        const fs::path folder = fs::temp_directory_path(ec);
-        if (ec)
-            return;
-        std::random_device random;
-        for (int attempt = 0; attempt < 100 && m_path.empty(); ++attempt) {
-            const fs::path candidate =
-                folder / ("zorvik-settings-" + std::to_string(random()) + ".ini");
-            // "x": created here and now, never an existing file.
-            if (std::FILE* f = std::fopen(candidate.string().c_str(), "wbx")) {
-                const bool written = std::fwrite(contents.bytes.data(), 1, contents.bytes.size(),
-                                                 f) == contents.bytes.size();
-                if (std::fclose(f) == 0 && written)
-                    m_path = candidate;
-                else
-                    fs::remove(candidate, ec);
-            }
-        }
+// Earlier builds saved the settings through a copy in the system's temporary folder,
+// "zorvik-settings-NUMBER.ini", which a save that died left behind. A save takes milliseconds,
+// so one that is older than ten minutes belongs to no running save: it is removed.
+void removeStaleTemporaryCopies() {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::path folder = fs::temp_directory_path(ec);
+    if (ec)
+        return;
+    const auto stale = fs::file_time_type::clock::now() - std::chrono::minutes(10);
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string name = it->path().filename().string();
+        if (name.rfind("zorvik-settings-", 0) != 0 || name.size() < 20 ||
+            name.compare(name.size() - 4, 4, ".ini") != 0)
+            continue;
+        std::error_code statError;
+        if (it->is_regular_file(statError) && it->last_write_time(statError) < stale && !statError)
+            fs::remove(it->path(), statError);
     }
-    ~ScratchCopy() {
-        std::error_code ec;
-        if (!m_path.empty())
-            std::filesystem::remove(m_path, ec);
-    }
-    ScratchCopy(const ScratchCopy&) = delete;
-    ScratchCopy& operator=(const ScratchCopy&) = delete;
-
-    /// Empty when the save goes straight to the file.
-    const std::filesystem::path& path() const { return m_path; }
-
-    /// Replaces `file` with the copy in one step. A file that was not there comes into being
-    /// only when at least one key was written.
-    bool commit(const std::filesystem::path& file) const {
-        const AtomicFile::Contents copy = AtomicFile::read(m_path);
-        if (copy.status != AtomicFile::Status::Read || (!m_existed && copy.bytes.empty()))
-            return false;
-        return AtomicFile::replace(file, copy.bytes);
-    }
-
-private:
-    std::filesystem::path m_path;
-    bool m_existed = false;
-};
+}
 
 } // namespace
 
-std::filesystem::path SettingsFile::location(const std::filesystem::path& programFolder,
-                                             const std::filesystem::path& userConfigFolder) {
-    if (AtomicFile::isWritableFolder(programFolder))
-        return programFolder / kFileName;
+std::filesystem::path SettingsLocation::readPath() const {
     std::error_code ec;
-    std::filesystem::create_directories(userConfigFolder, ec);
-    return userConfigFolder / kFileName;
+    if (original.empty() || std::filesystem::exists(file, ec))
+        return file;
+    return original;
 }
 
+SettingsLocation SettingsFile::location(const std::filesystem::path& programFolder,
+                                        const std::filesystem::path& userConfigFolder) {
+    if (AtomicFile::isWritableFolder(programFolder))
+        return {programFolder / kFileName, {}};
+    return {userConfigFolder / kFileName, programFolder / kFileName};
+}
+
+// The keys are written one by one into the file's text in memory, by the rules of writing each
+// to the file, and the new text replaces the file in one step: a crash or a kill in the middle
+// of the save leaves the previous settings whole, never a mixture. A file that was not there
+// comes into being only when at least one key was written.
 void SettingsFile::write(cInifile& ini, const std::string& path, const SettingsPanel& panel) {
+    write(ini, SettingsLocation{path, {}}, panel);
+}
+
+void SettingsFile::write(cInifile& ini, const SettingsLocation& where, const SettingsPanel& panel) {
     using namespace VbConvert;
-    const ScratchCopy scratch(path);
-    ini.setPath(scratch.path().empty() ? path : scratch.path().string());
+    removeStaleTemporaryCopies();
+    const std::string path = where.file.string();
+    ini.setPath(path);
+    // The per-user copy starts as the file beside the program, as the first write into a
+    // protected program folder does on Windows.
+    std::error_code ec;
+    const bool firstCopy = !where.original.empty() && !std::filesystem::exists(where.file, ec) &&
+                           std::filesystem::exists(where.original, ec);
+    std::optional<ProfileDocument> document =
+        ProfileDocument::read(firstCopy ? where.original : where.file);
+    if (!document)
+        return; // something that is no file stands in the way: every key fails
 
     ini.setSection("SETTINGS");
-    writeKey(ini, "Hscaleindex", [&] { return longToText(roundToLong(panel.timeRangeValue())); });
-    writeKey(ini, "Vscaleindex", [&] { return longToText(roundToLong(panel.chaLevelValue())); });
+    writeKey(ini, *document, "Hscaleindex",
+             [&] { return longToText(roundToLong(panel.timeRangeValue())); });
+    writeKey(ini, *document, "Vscaleindex",
+             [&] { return longToText(roundToLong(panel.chaLevelValue())); });
     // The offset keeps its fraction: the shortest '.' text that reads back to the same number.
-    writeKey(ini, "Chaoffset", [&] { return doubleToText(panel.chaOffsetValue()); });
+    writeKey(ini, *document, "Chaoffset", [&] { return doubleToText(panel.chaOffsetValue()); });
 
     // The loops name their pair's members rather than binding them, so that every C++20
     // compiler (clang 14 too) lets the lambdas use them.
     ini.setSection("COLORS");
     for (const auto& entry : kColours)
-        writeKey(ini, entry.first, [&] { return longToText(panel.colour(entry.second)); });
+        writeKey(ini, *document, entry.first,
+                 [&] { return longToText(panel.colour(entry.second)); });
 
     ini.setSection("BUTTONS");
     for (const auto& entry : kButtons)
-        writeKey(ini, entry.first, [&] { return booleanToText(panel.button(entry.second)); });
+        writeKey(ini, *document, entry.first,
+                 [&] { return booleanToText(panel.button(entry.second)); });
 
-    if (!scratch.path().empty())
-        scratch.commit(path);
-    ini.setPath(path);
+    if (document->changed() || firstCopy) {
+        if (!where.original.empty())
+            std::filesystem::create_directories(where.file.parent_path(), ec);
+        ini.setLastReturnCode(document->commit(where.file) ? 1 : 0);
+    }
 }
 
 void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& panel) {

@@ -1,8 +1,7 @@
 // Saving and loading the Waveform Data File.
 #include "storage/WaveformFile.h"
 
-#include "storage/AtomicFile.h"
-#include "storage/ProfileFile.h"
+#include "storage/ProfileDocument.h"
 #include "storage/VbConvert.h"
 #include "storage/WaveformSamples.h"
 
@@ -14,28 +13,9 @@ namespace zorvik {
 
 namespace {
 
-/// The file's new contents, built in memory key after key by the profile engine's own rules
-/// for a write, so the result is exactly what writing each key to the file would leave.
-class NewContents {
-public:
-    explicit NewContents(std::optional<std::string> existing) : text_(std::move(existing)) {}
-
-    /// Writes `value` to the Key in the Section that `ini` is set to, as cInifile's Value does:
-    /// NULs removed first.
-    void write(const cInifile& ini, std::string value) {
-        value.erase(std::remove(value.begin(), value.end(), '\0'), value.end());
-        if (auto edited = ProfileFile::editText(text_, ini.Section(), ini.Key(), value))
-            text_ = std::move(*edited);
-    }
-    const std::string& text() const { return *text_; }
-
-private:
-    std::optional<std::string> text_;
-};
-
 /// Every key of the file, in file order, into `contents`; `ini` is set to each section and key
 /// in turn.
-void writeKeys(cInifile& ini, NewContents& contents, const WaveformTarget& source) {
+void writeKeys(cInifile& ini, ProfileDocument& contents, const WaveformTarget& source) {
     using namespace VbConvert;
     auto key = [&](const char* name, auto makeText) {
         ini.setKey(name);
@@ -140,14 +120,13 @@ bool WaveformFile::SaveWaveformFile(cInifile& ini, const std::string& path,
     if (path.empty())
         return false;
     try {
-        AtomicFile::Contents existing = AtomicFile::read(path);
-        if (existing.status == AtomicFile::Status::NotAFile)
+        std::optional<ProfileDocument> contents = ProfileDocument::read(path);
+        if (!contents)
             return false;
-        NewContents contents(existing.status == AtomicFile::Status::Read
-                                 ? std::optional<std::string>(std::move(existing.bytes))
-                                 : std::nullopt);
-        writeKeys(ini, contents, source);
-        return AtomicFile::replace(path, contents.text());
+        writeKeys(ini, *contents, source);
+        const bool written = contents->commit(path);
+        ini.setLastReturnCode(written ? 1 : 0);
+        return written;
     } catch (const std::exception&) {
         return false;
     }

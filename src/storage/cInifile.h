@@ -2,8 +2,10 @@
 // Section and Key, then read or assign Value. It keeps no cache: every read and every write
 // goes straight to the file through the profile engine (ProfileFile).
 //
-// Text is held as 8-bit bytes and handed to the engine unchanged; whatever the caller passes
-// (UTF-8 from the user interface, Latin-1 from old files) is what lands in the file.
+// Text is held as 8-bit bytes. In an 8-bit file it lands unchanged (UTF-8 from the user
+// interface, Latin-1 from old files); a Unicode (UTF-16) file gets it as Windows-1252 text and
+// hands back '?' for a character that code page cannot hold, as the platform's 8-bit profile
+// functions do.
 #pragma once
 
 #include "storage/FormGeometry.h"
@@ -23,6 +25,9 @@ public:
     /// Result of the last write or delete: non-zero success, 0 failure.
     std::int32_t LastReturnCode() const { return lLastReturnCode; }
     bool Success() const { return lLastReturnCode != 0; }
+    /// Records the outcome of a save that wrote its keys in memory and then replaced the file
+    /// in one step (ProfileDocument), as writing the keys through Value would have.
+    void setLastReturnCode(std::int32_t code) { lLastReturnCode = code; }
 
     /// Text a read gives when the key (or section) is missing; empty unless set.
     const std::string& Default() const { return sDefault; }

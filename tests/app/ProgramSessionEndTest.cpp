@@ -2,8 +2,10 @@
 // as when the user closes its window, writing the settings file exactly once.
 #include "common/ProgramCopy.h"
 
+#include <QFile>
 #include <QProcessEnvironment>
 #include <QSocketNotifier>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -128,6 +130,26 @@ TEST(ProgramSessionEndOnce, ASecondSigtermDuringTheShutdownChangesNothing) {
         << text.toStdString();
     EXPECT_TRUE(text.endsWith("[BUTTONS]\r\nHcursors=False\r\nVcursors=False\r\nInvert=False\r\n"))
         << text.toStdString();
+}
+
+// An installed program: its folder cannot be written. The file beside it is read, and the
+// first save makes the per-user copy from it.
+TEST(ProgramSettingsLocation, AReadOnlyProgramFolderIsReadAndTheFirstSaveMakesAPerUserCopy) {
+    ProgramCopy copy(QStringLiteral(ZORVIK_PROGRAM));
+    ASSERT_TRUE(copy.ok());
+    copy.writeSettings(kSettings);
+    ASSERT_TRUE(QFile::setPermissions(copy.folder(), QFile::ReadOwner | QFile::ExeOwner |
+                                                         QFile::ReadOther | QFile::ExeOther));
+    QTemporaryDir config;
+    QProcessEnvironment environment = offscreen();
+    environment.insert("XDG_CONFIG_HOME", config.path());
+    auto p = copy.start({}, environment);
+    const Ended e = sendAndWait(*p, SIGTERM, 1);
+    QFile::setPermissions(copy.folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ASSERT_TRUE(e.finished);
+    EXPECT_EQ(e.exitCode, 0);
+    EXPECT_EQ(copy.settings(), kSettings);
+    EXPECT_EQ(ProgramCopy::readFile(config.filePath("zorvik/ZORVIK.INI")), kWritten);
 }
 
 } // namespace

@@ -183,7 +183,10 @@ TEST_F(Settings, ReaderLeavesDefaultEmptyAndTheLastSectionAndKeySet) {
 TEST_F(Settings, LocationIsTheProgramFolderWhenItIsWritable) {
     const fs::path program = dir.path() / "bin";
     fs::create_directory(program);
-    EXPECT_EQ(SettingsFile::location(program, dir.path() / "user"), program / "ZORVIK.INI");
+    const SettingsLocation where = SettingsFile::location(program, dir.path() / "user");
+    EXPECT_EQ(where.file, program / "ZORVIK.INI");
+    EXPECT_TRUE(where.original.empty());
+    EXPECT_EQ(where.readPath(), program / "ZORVIK.INI");
     EXPECT_FALSE(fs::exists(dir.path() / "user"));
     EXPECT_TRUE(fs::is_empty(program)); // the probe file is gone again
 }
@@ -193,8 +196,11 @@ TEST_F(Settings, LocationIsThePerUserFolderWhenTheProgramFolderIsReadOnly) {
     fs::create_directory(program);
     fs::permissions(program, fs::perms::owner_read | fs::perms::owner_exec);
     const fs::path user = dir.path() / "config" / "Zorvik";
-    EXPECT_EQ(SettingsFile::location(program, user), user / "ZORVIK.INI");
-    EXPECT_TRUE(fs::is_directory(user));
+    const SettingsLocation where = SettingsFile::location(program, user);
+    EXPECT_EQ(where.file, user / "ZORVIK.INI");
+    EXPECT_EQ(where.original, program / "ZORVIK.INI");
+    // Nothing is made until the first save.
+    EXPECT_FALSE(fs::exists(user));
 }
 
 TEST_F(Settings, LocationIsThePerUserFolderWhenTheProgramFolderIsNotAFolder) {
@@ -202,8 +208,61 @@ TEST_F(Settings, LocationIsThePerUserFolderWhenTheProgramFolderIsNotAFolder) {
     const fs::path program = dir.path() / "program-file";
     writeBytes(program, "x");
     const fs::path user = dir.path() / "user";
-    EXPECT_EQ(SettingsFile::location(program, user), user / "ZORVIK.INI");
-    EXPECT_EQ(SettingsFile::location(dir.path() / "missing", user), user / "ZORVIK.INI");
+    EXPECT_EQ(SettingsFile::location(program, user).file, user / "ZORVIK.INI");
+    EXPECT_EQ(SettingsFile::location(dir.path() / "missing", user).file, user / "ZORVIK.INI");
+}
+
+// A read-only program folder: the file beside the program is read while there is no per-user
+// copy; the first save makes the copy from it, keeping what the program does not write.
+TEST_F(Settings, WithAReadOnlyProgramFolderTheFileBesideTheProgramIsReadUntilTheCopyExists) {
+    const fs::path program = dir.path() / "bin";
+    fs::create_directory(program);
+    const std::string beside = "; set up by the administrator\r\n[SETTINGS]\r\nHscaleindex=9\r\n"
+                               "Site=Lab 2\r\n[PORTS]\r\nCOM1=/dev/ttyS7\r\n";
+    writeBytes(program / "ZORVIK.INI", beside);
+    fs::permissions(program, fs::perms::owner_read | fs::perms::owner_exec);
+    const fs::path user = dir.path() / "config" / "zorvik";
+    const SettingsLocation where = SettingsFile::location(program, user);
+    EXPECT_EQ(where.readPath(), program / "ZORVIK.INI");
+    EXPECT_EQ(SettingsFile::readPorts(where.readPath().string()),
+              (std::map<int, std::string>{{1, "/dev/ttyS7"}}));
+    FakeSettingsPanel panel;
+    SettingsFile::read(ini, where.readPath().string(), panel);
+    EXPECT_EQ(panel.timeRange, 9);
+
+    panel.timeRange = 4;
+    SettingsFile::write(ini, where, panel);
+    ASSERT_TRUE(fs::exists(user / "ZORVIK.INI"));
+    EXPECT_EQ(where.readPath(), user / "ZORVIK.INI");
+    EXPECT_EQ(ini.Path(), (user / "ZORVIK.INI").string());
+    EXPECT_TRUE(ini.Success());
+    // The file beside the program is untouched; the copy holds its lines and the new keys.
+    EXPECT_EQ(readBytes(program / "ZORVIK.INI"), beside);
+    const std::string copy = readBytes(user / "ZORVIK.INI");
+    EXPECT_EQ(copy.substr(0, 70), "; set up by the administrator\r\n[SETTINGS]\r\nHscaleindex=4\r\n"
+                                  "Site=Lab 2\r\n");
+    EXPECT_NE(copy.find("[PORTS]\r\nCOM1=/dev/ttyS7\r\n"), std::string::npos);
+    EXPECT_NE(copy.find("[BUTTONS]\r\nHcursors="), std::string::npos);
+
+    // From now on the copy is read and written; the original is not looked at again.
+    writeBytes(user / "ZORVIK.INI", "[SETTINGS]\r\nHscaleindex=2\r\n");
+    FakeSettingsPanel again;
+    SettingsFile::read(ini, where.readPath().string(), again);
+    EXPECT_EQ(again.timeRange, 2);
+    SettingsFile::write(ini, where, again);
+    EXPECT_EQ(readBytes(user / "ZORVIK.INI").find("Site="), std::string::npos);
+}
+
+TEST_F(Settings, WithAReadOnlyProgramFolderAndNoFileBesideItTheCopyStartsEmpty) {
+    const fs::path program = dir.path() / "bin";
+    fs::create_directory(program);
+    fs::permissions(program, fs::perms::owner_read | fs::perms::owner_exec);
+    const fs::path user = dir.path() / "config" / "zorvik";
+    const SettingsLocation where = SettingsFile::location(program, user);
+    EXPECT_EQ(where.readPath(), program / "ZORVIK.INI");
+    FakeSettingsPanel panel;
+    SettingsFile::write(ini, where, panel);
+    EXPECT_EQ(readBytes(user / "ZORVIK.INI").substr(0, 27), "[SETTINGS]\r\nHscaleindex=0\r\n");
 }
 
 TEST_F(Settings, PortsSectionMapsPortNumbersToDevicePaths) {

@@ -12,10 +12,12 @@ namespace zorvik::cli {
 
 std::string settingsFilePath() {
     // The file the window reads: beside the program, or in the per-user configuration folder
-    // when the program's folder cannot be written (an installed program).
+    // when the program's folder cannot be written (an installed program), where until the
+    // window first saves its copy the file beside the program still counts.
     const QString userFolder = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
     return SettingsFile::location(QCoreApplication::applicationDirPath().toStdString(),
                                   userFolder.toStdString())
+        .readPath()
         .string();
 }
 
