@@ -2,12 +2,16 @@
 #include "storage/AtomicFile.h"
 
 #include <atomic>
+#include <chrono>
 #include <fstream>
 #include <optional>
 #include <random>
 
 #if defined(__unix__) || defined(__APPLE__)
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 #define ZORVIK_HAVE_FSYNC 1
 #endif
@@ -38,28 +42,151 @@ void flushToDisk([[maybe_unused]] const fs::path& path, [[maybe_unused]] bool fo
 #endif
 }
 
+/// Start of the name of every scratch file made beside `name`: ".NAME.tmp-".
+std::string scratchPrefix(const fs::path& name) {
+    return "." + name.string() + ".tmp-";
+}
+
+long processId() {
+#ifdef ZORVIK_HAVE_FSYNC
+    return static_cast<long>(::getpid());
+#else
+    return 0;
+#endif
+}
+
+// A new scratch file beside the target: ".NAME.tmp-PID-SEED-N". The process number tells a
+// later save whether the process that made it still runs.
 fs::path uniqueSibling(const fs::path& folder, const fs::path& name) {
     static std::atomic<unsigned> counter{0};
     static const unsigned seed = std::random_device{}();
     for (;;) {
         const unsigned n = counter.fetch_add(1) + 1;
-        fs::path candidate = folder / ("." + name.string() + ".tmp-" + std::to_string(seed) + "-" +
-                                       std::to_string(n));
+        fs::path candidate = folder / (scratchPrefix(name) + std::to_string(processId()) + "-" +
+                                       std::to_string(seed) + "-" + std::to_string(n));
         std::error_code ec;
         if (!fs::exists(fs::symlink_status(candidate, ec)))
             return candidate;
     }
 }
 
+/// A scratch file being written: created here and now (never an existing file) and, where the
+/// system has file locks, locked until it is renamed into place or removed, so that another
+/// program's clean-up can tell it from a scratch file a dead save left behind.
+class ScratchFile {
+public:
+    explicit ScratchFile(fs::path path) : path_(std::move(path)) {}
+    ~ScratchFile() { close(); }
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+
+    bool write(std::string_view bytes) {
+#ifdef ZORVIK_HAVE_FSYNC
+        fd_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd_ < 0)
+            return false;
+        ::flock(fd_, LOCK_EX);
+        const char* at = bytes.data();
+        std::size_t left = bytes.size();
+        while (left > 0) {
+            const ssize_t n = ::write(fd_, at, left);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                return false;
+            at += n;
+            left -= static_cast<std::size_t>(n);
+        }
+        // On the disk before the rename can be seen.
+        return ::fsync(fd_) == 0;
+#else
+        std::ofstream out(path_, std::ios::binary | std::ios::trunc);
+        if (!out)
+            return false;
+        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        out.flush();
+        const bool ok = static_cast<bool>(out);
+        out.close();
+        return ok && !out.fail();
+#endif
+    }
+    void close() {
+#ifdef ZORVIK_HAVE_FSYNC
+        if (fd_ >= 0)
+            ::close(fd_);
+        fd_ = -1;
+#endif
+    }
+    const fs::path& path() const {
+        return path_;
+    }
+
+private:
+    fs::path path_;
+    int fd_ = -1;
+};
+
 bool writeNewFile(const fs::path& path, std::string_view bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out)
-        return false;
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out.flush();
-    const bool ok = static_cast<bool>(out);
-    out.close();
-    return ok && !out.fail();
+    ScratchFile file(path);
+    return file.write(bytes);
+}
+
+/// The process number in a scratch file's name (".NAME.tmp-PID-SEED-N"); 0 for a name of
+/// another form (older builds wrote ".NAME.tmp-SEED-N").
+long scratchOwner(std::string_view rest) {
+    int dashes = 0;
+    for (char c : rest) {
+        if (c == '-')
+            ++dashes;
+        else if (c < '0' || c > '9')
+            return 0;
+    }
+    if (dashes != 2)
+        return 0;
+    long pid = 0;
+    for (char c : rest.substr(0, rest.find('-'))) {
+        if (pid > 100000000)
+            return 0;
+        pid = pid * 10 + (c - '0');
+    }
+    return pid;
+}
+
+// Scratch files of `name` that a save which died left in `folder` (a kill or a crash between
+// writing the new file and renaming it). A file is stale when nobody holds its lock and the
+// process that made it no longer runs, or, whoever made it, when it is over a minute old (a
+// save takes milliseconds). A scratch file another running program is writing is locked and
+// young, and is never touched.
+void removeStaleScratchFiles(const fs::path& folder, const fs::path& name) {
+    const std::string prefix = scratchPrefix(name);
+    const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(1);
+    std::error_code ec;
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string entry = it->path().filename().string();
+        if (entry.size() <= prefix.size() || entry.compare(0, prefix.size(), prefix) != 0)
+            continue;
+        std::error_code statError;
+        if (!it->is_regular_file(statError) || statError)
+            continue;
+        const long owner = scratchOwner(std::string_view(entry).substr(prefix.size()));
+        const bool aged = it->last_write_time(statError) < old && !statError;
+#ifdef ZORVIK_HAVE_FSYNC
+        if (owner == processId())
+            continue;
+        const int fd = ::open(it->path().c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0)
+            continue;
+        const bool inUse = ::flock(fd, LOCK_EX | LOCK_NB) != 0;
+        const bool ownerGone =
+            owner > 0 && ::kill(static_cast<pid_t>(owner), 0) != 0 && errno == ESRCH;
+        if (!inUse && (ownerGone || aged))
+            fs::remove(it->path(), statError);
+        ::close(fd);
+#else
+        if (aged)
+            fs::remove(it->path(), statError);
+#endif
+    }
 }
 
 } // namespace
@@ -153,18 +280,20 @@ bool AtomicFile::replace(const fs::path& path, std::string_view bytes) {
     const bool exists = t->exists;
     const fs::file_status& targetStatus = t->status;
 
-    const fs::path temp = uniqueSibling(folder, target.filename());
-    if (!writeNewFile(temp, bytes)) {
-        fs::remove(temp, ec);
+    removeStaleScratchFiles(folder, target.filename());
+    ScratchFile temp(uniqueSibling(folder, target.filename()));
+    if (!temp.write(bytes)) {
+        temp.close();
+        fs::remove(temp.path(), ec);
         return false;
     }
-    flushToDisk(temp, false);
     if (exists)
-        fs::permissions(temp, targetStatus.permissions(), fs::perm_options::replace, ec);
-    fs::rename(temp, target, ec);
+        fs::permissions(temp.path(), targetStatus.permissions(), fs::perm_options::replace, ec);
+    fs::rename(temp.path(), target, ec);
+    temp.close();
     if (ec) {
         std::error_code ignored;
-        fs::remove(temp, ignored);
+        fs::remove(temp.path(), ignored);
         return false;
     }
     flushToDisk(folder, true);
