@@ -226,6 +226,7 @@ private:
     bool layoutSuspended_ = false;
     bool unloaded_ = false;
     bool inErrorPath_ = false;
+    bool fileFormOpen_ = false; ///< the File window that FILE opened is open
 };
 
 } // namespace zorvik

@@ -143,8 +143,12 @@ void frmMain::CWBFile_ValueChanged(bool Value) {
         const bool wasLive = CWBPwr->value() && blnLiveData;
         if (wasLive)
             link_->stopReception();
+        // A port search that finds the probe while the window is open leaves reception to
+        // the window's closing, as if the link had been live when FILE was pressed.
+        fileFormOpen_ = true;
         if (openFileForm)
             openFileForm(*this);
+        fileFormOpen_ = false;
         if (CWBPwr->value() && blnLiveData && !CWBStoreRef->value())
             link_->resetAndArm();
         releaseAfterModal(CWBFile);

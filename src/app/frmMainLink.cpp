@@ -58,7 +58,9 @@ void frmMain::onSearchFinished(bool answered, int port) {
 
         CWBStoreRef->setEnabled(true);
         CWBStoreRef->setValue(false);
-        link_->resetAndArm();
+        // While the File window is open reception waits; it starts when the window closes.
+        if (!fileFormOpen_)
+            link_->resetAndArm();
         CWBPwrLed->setOnColor(kLampRunning);
         CWBPwrLed->setValue(true);
         CWBPwr->repaint();

@@ -140,6 +140,41 @@ TEST_F(MainWindowPanel, FileWhileRunningHoldsReceptionAndResumesWhenTheFormClose
     feed(stateWith(0x04, 6), rampSamples());
 }
 
+// POWER starts the port search; FILE pressed meanwhile opens the File window. The probe is
+// found while the window is open: reception waits until the window closes, as it does when
+// FILE is pressed with the link already live.
+TEST_F(MainWindowPanel, FileDuringThePortSearchHoldsReceptionUntilTheFileWindowCloses) {
+    fake.openable.insert(device(1));
+    frmMain& w = start({1});
+    QObject::connect(&w.link(), &InstrumentLink::received, &w, [this](const ReceiveStep& s) {
+        if (s.event == ReceiveEvent::Frame)
+            ++framesShown;
+    });
+    w.CWBPwr->setValue(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
+    bool ran = false;
+    int pendingAfterTheSearch = -1;
+    w.openFileForm = [&](frmMain&) {
+        ran = true;
+        fake.feed(QByteArray(1, '\x7D')); // the probe answers: the search ends
+        if (!QTest::qWaitFor([&] { return w.blnLiveData; }, 2000))
+            return;
+        // Frames arrive while the window is open; nothing reads them.
+        fake.feed(zorvik::test::frameWithSamples(stateWith(0x04, 6), rampSamples()));
+        pendingAfterTheSearch = fake.pendingCount();
+    };
+    QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return ran; }, 2000));
+    EXPECT_EQ(pendingAfterTheSearch, 0);
+    EXPECT_EQ(framesShown, 0);
+    // The window closed: the input is reset and the two-byte read armed.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 2000));
+    EXPECT_EQ(fake.calls.mid(fake.calls.lastIndexOf("reset")), QStringList({"reset", "read 2"}));
+    EXPECT_EQ(w.CWBPwrLed->onColor(), QColor(0, 255, 0));
+    feed(stateWith(0x04, 6), rampSamples());
+    EXPECT_EQ(framesShown, 1);
+}
+
 TEST_F(MainWindowPanel, FileAndMenuActWhenPressed) {
     frmMain& w = start();
     int files = 0;
