@@ -18,15 +18,20 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTimer>
 
 namespace zorvik {
 
 namespace {
-// Design size of the window, in twips.
+// Design size of the window (its outer frame), in twips.
 constexpr int kDesignWidthTwips = 12000;
 constexpr int kDesignHeightTwips = 9000;
+// How long after showing the window a frame drawn by the window manager still counts as the
+// first one (the window is then sized and centred again by its outer frame).
+constexpr int kFrameWaitMs = 3000;
 } // namespace
 
 frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
@@ -52,14 +57,11 @@ void frmMain::Form_Load() {
     splash_->setPortSource([this] { return serialPortRows(); });
     splash_->SplashOn(this, services_.splashMinDisplayMs);
 
-    // 2. Size and centre the window.
-    const QSize design(twipsToPixels(kDesignWidthTwips), twipsToPixels(kDesignHeightTwips));
-    resize(design);
-    if (const QScreen* s = screen()) {
-        const QRect avail = s->geometry();
-        move(avail.x() + (avail.width() - width()) / 2,
-             avail.y() + (avail.height() - height()) / 2);
-    }
+    // 2. Size and centre the window, by its outer frame as the resize handler measures it.
+    //    The frame is known only once the window manager has framed the window: until then
+    //    the frame counts as none, and placeAtDesignSize runs again when it becomes known.
+    placeAtDesignSize();
+    startupPlacement_ = true;
 
     // 3. The H-SCALE knob and the time scale: position 3, 1000000 divisions per second.
     CWKTimeRange->setValueSilently(3);
@@ -109,6 +111,51 @@ void frmMain::Form_Load() {
 
 bool frmMain::searching() const {
     return link_->searching();
+}
+
+void frmMain::placeAtDesignSize() {
+    const QSize frameExtra = frameGeometry().size() - size();
+    const QSize outer(twipsToPixels(kDesignWidthTwips), twipsToPixels(kDesignHeightTwips));
+    resize(outer - frameExtra);
+    if (const QScreen* s = screen()) {
+        const QRect area = s->geometry();
+        // move() places the outer frame's corner.
+        move(area.x() + (area.width() - outer.width()) / 2,
+             area.y() + (area.height() - outer.height()) / 2);
+    }
+}
+
+void frmMain::settleStartupPlacement() {
+    if (!startupPlacement_ || isMinimized() || isMaximized())
+        return;
+    // The window manager has put its frame around the window: size and centre it again by the
+    // outer frame, once.
+    if (frameGeometry().size() != size()) {
+        startupPlacement_ = false;
+        placeAtDesignSize();
+    }
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!startupPlacement_ || frameWatch_)
+        return;
+    // The frame arrives without an event of its own when the window manager keeps the client
+    // area where it was asked to be: look for it a few times a second. Without a window
+    // manager (or one that draws no frame) there is nothing to wait for after a while.
+    frameWatch_ = new QTimer(this);
+    QElapsedTimer* since = new QElapsedTimer;
+    since->start();
+    connect(frameWatch_, &QTimer::timeout, this, [this, since] {
+        settleStartupPlacement();
+        if (!startupPlacement_ || since->elapsed() > kFrameWaitMs) {
+            startupPlacement_ = false;
+            frameWatch_->stop();
+            frameWatch_->deleteLater();
+            delete since;
+        }
+    });
+    frameWatch_->start(20);
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {

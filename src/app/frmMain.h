@@ -17,6 +17,7 @@
 #include <memory>
 
 class QGroupBox;
+class QTimer;
 
 namespace zorvik {
 
@@ -194,6 +195,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -204,6 +206,8 @@ private:
     void hideIndicatorPointers();
     void recordDefaultColors();
     void Form_Resize();
+    void placeAtDesignSize();
+    void settleStartupPlacement();
     void Form_Unload();
     void readSettings();
     void writeSettings();
@@ -226,7 +230,9 @@ private:
     bool layoutSuspended_ = false;
     bool unloaded_ = false;
     bool inErrorPath_ = false;
-    bool fileFormOpen_ = false; ///< the File window that FILE opened is open
+    bool fileFormOpen_ = false;     ///< the File window that FILE opened is open
+    bool startupPlacement_ = false; ///< the start-up size waits for the window manager's frame
+    QPointer<QTimer> frameWatch_;   ///< looks for that frame after the window shows
 };
 
 } // namespace zorvik

@@ -1,13 +1,20 @@
 // Start-up, resizing and shutdown of the main window.
 #include "app/MainWindowFixture.h"
+#include "dialogs/frmOptions.h"
+#include "printing/ModalRunner.h"
+#include "printing/frmPreview.h"
+#include "support/WindowSteps.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QFile>
+#include <QPointer>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QTest>
 
@@ -16,12 +23,15 @@ using zorvik::test::MainWindowFixture;
 
 using MainWindowStartup = MainWindowFixture;
 
+// Measured by the outer frame, as the minimum size is (this platform draws a frame of 2 pixels
+// around each window).
 TEST_F(MainWindowStartup, WindowIs12000By9000TwipsCentredOnTheScreen) {
     frmMain& w = start();
-    EXPECT_EQ(w.size(), QSize(800, 600));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.frameGeometry().size() == QSize(800, 600); }, 5000))
+        << w.frameGeometry().width() << " x " << w.frameGeometry().height();
     const QRect screen = w.screen()->geometry();
-    EXPECT_EQ(w.x(), screen.x() + (screen.width() - 800) / 2);
-    EXPECT_EQ(w.y(), screen.y() + (screen.height() - 600) / 2);
+    EXPECT_EQ(w.frameGeometry().x(), screen.x() + (screen.width() - 800) / 2);
+    EXPECT_EQ(w.frameGeometry().y(), screen.y() + (screen.height() - 600) / 2);
 }
 
 TEST_F(MainWindowStartup, DefaultsOfTheLinkAndTheScales) {
@@ -123,30 +133,70 @@ TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
     EXPECT_EQ(w.lblCFrequency->accessibleDescription(), "FREQUENCY");
 }
 
+// The sizes the window goes through after a resize, by its outer frame (the measure of the
+// minimum), recorded from its resize events.
+class OuterSizes : public QObject {
+public:
+    explicit OuterSizes(QWidget& w) : w_(w) { w.installEventFilter(this); }
+    QList<QSize> sizes;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Resize)
+            sizes << static_cast<QResizeEvent*>(event)->size() +
+                         (w_.frameGeometry().size() - w_.geometry().size());
+        return false;
+    }
+
+private:
+    QWidget& w_;
+};
+
 TEST_F(MainWindowStartup, NarrowerThan12000TwipsSnapsWidthBackWithoutTouchingHeight) {
     frmMain& w = start();
-    w.resize(1000, 700);
-    QTRY_COMPARE(w.size(), QSize(1000, 700));
-    w.resize(600, 700);
-    QTRY_COMPARE(w.width(), 800);
-    EXPECT_EQ(w.height(), 700);
+    const QSize frame = w.frameGeometry().size() - w.size();
+    w.resize(QSize(1000, 700) - frame);
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return w.frameGeometry().size() == QSize(1000, 700); }, 5000));
+    OuterSizes seen(w);
+    w.resize(QSize(600, 700) - frame);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.frameGeometry().width() == 800; }, 5000))
+        << w.frameGeometry().width();
+    EXPECT_EQ(w.frameGeometry().height(), 700);
+    EXPECT_EQ(seen.sizes, QList<QSize>({{600, 700}, {800, 700}}));
 }
 
+// The width is put right first; the resize that causes brings the height check, so a window
+// both too narrow and too low reaches the minimum in two passes.
 TEST_F(MainWindowStartup, TooNarrowAndTooLowReachesMinimumInTwoPasses) {
     frmMain& w = start();
-    w.resize(500, 400);
-    QTRY_COMPARE(w.size(), QSize(800, 600));
+    const QSize frame = w.frameGeometry().size() - w.size();
+    OuterSizes seen(w);
+    w.resize(QSize(500, 400) - frame);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.frameGeometry().size() == QSize(800, 600); }, 5000))
+        << w.frameGeometry().width() << " x " << w.frameGeometry().height();
+    EXPECT_EQ(seen.sizes, QList<QSize>({{500, 400}, {800, 400}, {800, 600}}));
 }
 
+// A resize that reaches the window while it is minimised neither corrects its size nor lays
+// it out: a control moved by hand stays where it was put.
 TEST_F(MainWindowStartup, MinimisedWindowIsNotCorrected) {
     frmMain& w = start();
-    w.showMinimized();
-    QTest::qWait(20);
-    w.resize(500, 350);
-    QTest::qWait(50);
-    if (w.isMinimized()) {
-        EXPECT_EQ(w.size(), QSize(500, 350));
-    }
+    w.resize(1000, 700);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.size() == QSize(1000, 700); }, 5000));
+    const QRect laidOut = w.CWBPwr->geometry();
+    w.CWBPwr->move(3, 4);
+    w.setWindowState(Qt::WindowMinimized);
+    ASSERT_TRUE(w.isMinimized());
+    QResizeEvent tiny(QSize(160, 30), w.size());
+    QCoreApplication::sendEvent(&w, &tiny);
+    for (int pass = 0; pass < 3; ++pass)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(w.CWBPwr->pos(), QPoint(3, 4));
+    EXPECT_EQ(w.size(), QSize(1000, 700));
+    // Back to normal, the layout puts the control in its place again.
+    w.setWindowState(Qt::WindowNoState);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.CWBPwr->geometry() == laidOut; }, 5000));
 }
 
 TEST_F(MainWindowStartup, ShutdownWritesTheSettingsFile) {
@@ -161,15 +211,38 @@ TEST_F(MainWindowStartup, ShutdownWritesTheSettingsFile) {
         << text.toStdString();
 }
 
-TEST_F(MainWindowStartup, ClosingAlsoClosesOtherOpenWindows) {
-    start();
-    QDialog other;
-    other.setObjectName("frmOptions");
-    other.show();
-    QDialog preview;
-    preview.setObjectName("frmPreview");
-    preview.show();
-    window->close();
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_FALSE(preview.isVisible());
+// Closing the main window while the real Options window is open (MENU) closes it too, and
+// the settings are written.
+TEST_F(MainWindowStartup, ClosingWithTheOptionsWindowOpenClosesItToo) {
+    frmMain& w = start();
+    QPointer<frmOptions> options;
+    bool closedFromInside = false;
+    test::whenVisible<frmOptions>([&](frmOptions* form) {
+        options = form;
+        w.close();
+        closedFromInside = true;
+    });
+    w.CWBMenu->setValue(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return closedFromInside; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !options || !options->isVisible(); }, 5000));
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_TRUE(QFile::exists(settingsPath()));
+}
+
+// The same with the real print preview open (PRINT with a stored reference).
+TEST_F(MainWindowStartup, ClosingWithThePrintPreviewOpenClosesItToo) {
+    frmMain& w = start();
+    QPointer<frmPreview> preview;
+    bool closedFromInside = false;
+    setModalRunner({});
+    test::whenVisible<frmPreview>([&](frmPreview* form) {
+        preview = form;
+        w.close();
+        closedFromInside = true;
+    });
+    w.CWBPrint_ValueChanged(false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return closedFromInside; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !preview || !preview->isVisible(); }, 5000));
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_TRUE(QFile::exists(settingsPath()));
 }

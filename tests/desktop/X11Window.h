@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QMargins>
 #include <QProcess>
 #include <QRect>
 #include <QRegularExpression>
@@ -44,6 +45,34 @@ inline QString awaitTitleBarText(const QWidget* window) {
         },
         5000);
     return text;
+}
+
+/// Where the X server has a window: its client area on the screen, and the frame the window
+/// manager drew around it (_NET_FRAME_EXTENTS; none without a window manager).
+struct XPlacement {
+    QRect client;
+    QMargins frame;
+    QRect outer() const { return client.marginsAdded(frame); }
+};
+
+inline XPlacement xPlacement(const QWidget* window) {
+    XPlacement p;
+    const QString id = QString::number(window->winId());
+    const QString info = runX("xwininfo", {"-id", id});
+    auto number = [&](const char* label) {
+        const QRegularExpression re(QString(label) + R"(:\s+(-?\d+))");
+        const QRegularExpressionMatch m = re.match(info);
+        return m.hasMatch() ? m.captured(1).toInt() : 0;
+    };
+    p.client = QRect(number("Absolute upper-left X"), number("Absolute upper-left Y"),
+                     number("Width"), number("Height"));
+    const QString extents = runX("xprop", {"-id", id, "_NET_FRAME_EXTENTS"});
+    static const QRegularExpression four(R"(=\s*(\d+),\s*(\d+),\s*(\d+),\s*(\d+))");
+    const QRegularExpressionMatch m = four.match(extents);
+    if (m.hasMatch())
+        p.frame = QMargins(m.captured(1).toInt(), m.captured(3).toInt(), m.captured(2).toInt(),
+                           m.captured(4).toInt());
+    return p;
 }
 
 /// The first visible top-level window whose title is `title`, or nullptr.

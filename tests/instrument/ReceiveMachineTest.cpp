@@ -217,14 +217,23 @@ TEST(ReceiveMachine, ShortRestIsNotShownAndTheCycleRearms) {
     EXPECT_EQ(m.intFrameIndex, 96);
 }
 
-TEST(ReceiveMachine, RestOf133BytesIsShortAnd134IsWhole) {
+// The last sample is r[130]; the guard wants two bytes beyond it (highest index - 2), so a
+// rest of 132 bytes (r[0..131]) is short and one of 133 bytes (r[0..132]) is whole.
+TEST(ReceiveMachine, RestOf132BytesIsShortAnd133IsWhole) {
     const Bytes f = frameBytes(sampleState(), 2);
     auto m = acquiring();
     m.onData(std::span(f).first(2));
-    EXPECT_EQ(m.onData(std::span(f).subspan(2, 132)).event, ReceiveEvent::Short);
+    const ReceiveStep shortRest = m.onData(std::span(f).subspan(2, 132));
+    EXPECT_EQ(shortRest.event, ReceiveEvent::Short);
+    EXPECT_FALSE(shortRest.show);
+    EXPECT_EQ(m.intFrameIndex, 128); // samples 1 to 127 copied, the 128th not
     m.arm();
     m.onData(std::span(f).first(2));
-    EXPECT_EQ(m.onData(std::span(f).subspan(2, 133)).event, ReceiveEvent::Frame);
+    const ReceiveStep wholeRest = m.onData(std::span(f).subspan(2, 133));
+    EXPECT_EQ(wholeRest.event, ReceiveEvent::Frame);
+    EXPECT_TRUE(wholeRest.show);
+    EXPECT_EQ(m.intFrameIndex, 129);
+    EXPECT_TRUE(std::equal(m.bytRawData.begin(), m.bytRawData.end(), f.begin() + 5));
 }
 
 TEST(ReceiveMachine, ProbeWhileAcquisitionHeldStoresValueButArmsNothing) {

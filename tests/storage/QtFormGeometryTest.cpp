@@ -43,7 +43,8 @@ TEST_F(QtFormGeometryTest, GeometryIsReportedInTwipsAt15PerPixel) {
 TEST_F(QtFormGeometryTest, MoveTakesTwipsAndSetsTheOuterRectangle) {
     QtFormGeometry geometry(&form);
     geometry.move(1500, 900, 6000, 4500);
-    QTRY_COMPARE(form.frameGeometry(), QRect(100, 60, 400, 300));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return form.frameGeometry() == QRect(100, 60, 400, 300); }, 5000));
     EXPECT_EQ(geometry.left(), 1500);
     EXPECT_EQ(geometry.width(), 6000);
 }
@@ -77,7 +78,8 @@ TEST_F(QtFormGeometryTest, PositionSavedByCInifileIsRestoredOnAnotherWindow) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
     QtFormGeometry restored(&other);
     ini.LoadFormPosition(restored);
-    QTRY_COMPARE(other.frameGeometry(), form.frameGeometry());
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return other.frameGeometry() == form.frameGeometry(); }, 5000));
 }
 
 } // namespace

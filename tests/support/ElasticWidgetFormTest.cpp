@@ -228,7 +228,8 @@ TEST(ElasticWidgetFormShown, FormMaximisedAtInitTakesTheScreenFillingSizeAsDesig
     form.resize(400, 300);
     form.showMaximized();
     const QRect screen = form.screen()->availableGeometry();
-    QTRY_VERIFY_WITH_TIMEOUT(form.frameGeometry().size() == screen.size(), 5000);
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return form.frameGeometry().size() == screen.size(); }, 5000));
     ElasticWidgetForm adapter(&form);
     EXPECT_EQ(adapter.windowState(), ElasticWindowState::Maximized);
 

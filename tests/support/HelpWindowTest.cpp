@@ -100,7 +100,9 @@ TEST_F(HelpTest, LinkInsideTheManualOpensInTheWindowAndBackForwardHomeNavigate) 
     QTextBrowser* browser = window->browser();
 
     clickLink(browser, "Second page");
-    QTRY_COMPARE(browser->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return browser->source() == QUrl::fromLocalFile(dir.filePath("page2.html")); },
+        5000));
     EXPECT_TRUE(browser->toPlainText().startsWith("Cursors"));
     EXPECT_EQ(window->windowTitle(), "Cursors - Help");
     EXPECT_TRUE(window->backButton()->isEnabled());
@@ -132,7 +134,7 @@ TEST_F(HelpTest, WebLinkOpensInTheDesktopBrowserAndThePageStays) {
     ASSERT_NE(window, nullptr);
 
     clickLink(window->browser(), "Maker site");
-    QTRY_COMPARE(browserStandIn.opened.size(), 1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return browserStandIn.opened.size() == 1; }, 5000));
     QDesktopServices::unsetUrlHandler("https");
 
     EXPECT_EQ(browserStandIn.opened.front(), QUrl("https://example.org/probe"));
@@ -155,7 +157,8 @@ TEST_F(HelpTest, BrokenLinkShowsTheNotFoundPageAndBackStillWorks) {
     HelpWindow* window = open(dir.filePath("index.html"));
     ASSERT_NE(window, nullptr);
     clickLink(window->browser(), "Broken link");
-    QTRY_VERIFY(window->browser()->toPlainText().startsWith("Help not found"));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return window->browser()->toPlainText().startsWith("Help not found"); }, 5000));
     window->backButton()->click();
     EXPECT_TRUE(window->browser()->toPlainText().startsWith("Contents"));
 }
@@ -163,7 +166,11 @@ TEST_F(HelpTest, BrokenLinkShowsTheNotFoundPageAndBackStillWorks) {
 TEST_F(HelpTest, RepeatedCallsReuseOneWindowAndBringItBack) {
     HelpWindow* first = open(dir.filePath("index.html"));
     clickLink(first->browser(), "Second page");
-    QTRY_COMPARE(first->browser()->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            return first->browser()->source() == QUrl::fromLocalFile(dir.filePath("page2.html"));
+        },
+        5000));
     first->close();
     ASSERT_FALSE(first->isVisible());
 

@@ -1,4 +1,6 @@
-// Writes a picture of every panel widget at 100 % to build/widget-shots/ for a person to check.
+// Writes a picture of every panel widget at 100 % to build/widget-shots/ for a person to check,
+// and checks that each picture shows a drawn widget: many colours, most of them not the
+// panel's, inside the widget's place, and the panel's colour around it.
 #include "PanelTestSupport.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
@@ -8,6 +10,7 @@
 #include "widgets/Slide.h"
 
 #include <QDir>
+#include <QSet>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -39,6 +42,22 @@ void shoot(const QString& name, std::unique_ptr<QWidget> panel, QWidget* widget,
     ASSERT_TRUE(image.save(path));
     const QImage back(path);
     EXPECT_EQ(back.size(), size + QSize(20, 20)) << name.toStdString();
+    // The border around the widget is the panel's colour; inside, the widget drew itself.
+    const QRgb panelColour = image.pixel(2, 2);
+    EXPECT_EQ(image.pixel(image.width() - 3, image.height() - 3), panelColour)
+        << name.toStdString();
+    QSet<QRgb> colours;
+    qsizetype drawn = 0;
+    for (int y = 10; y < 10 + size.height(); ++y) {
+        for (int x = 10; x < 10 + size.width(); ++x) {
+            const QRgb c = image.pixel(x, y);
+            colours.insert(c);
+            drawn += c != panelColour ? 1 : 0;
+        }
+    }
+    EXPECT_GE(colours.size(), 8) << name.toStdString() << ": the widget looks blank";
+    EXPECT_GE(drawn, qsizetype(size.width()) * size.height() / 20)
+        << name.toStdString() << ": the widget drew almost nothing";
 }
 
 } // namespace
