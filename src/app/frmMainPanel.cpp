@@ -274,6 +274,12 @@ void frmMain::connectPanel() {
     connect(CWKTimeRange, &Knob::valueChanged, this, &frmMain::CWKTimeRange_ValueChanged);
     connect(CWKChaLvl, &Knob::valueChanged, this, &frmMain::CWKChaLvl_ValueChanged);
     connect(CWSCHaOffset, &Slide::valueChanged, this, &frmMain::CWSCHaOffset_ValueChanged);
+    // The "0" pointer beside the graph marks where the offset puts 0 V: it stands at the
+    // offset slide's value from the start and follows the slide whenever it is set, also when
+    // a waveform file sets it without running its handler.
+    CWSTrigInd->setPointerValue("CHa_Zero", CWSCHaOffset->value());
+    connect(CWSCHaOffset, &Slide::positionChanged, this,
+            [this](double value) { CWSTrigInd->setPointerValue("CHa_Zero", value); });
     connect(CWBCHaCal, &LitButton::valueChanged, this, &frmMain::CWBCHaCal_ValueChanged);
     connect(CWBChaInv, &LitButton::valueChanged, this, &frmMain::CWBChaInv_ValueChanged);
     connect(CWSPan, &Slide::valueChanged, this, &frmMain::CWSPan_ValueChanged);

@@ -103,6 +103,10 @@ public:
     /// The along-axis pixel where a pointer at `value` is drawn (before pinning to the ends).
     qreal pixelFor(double value) const;
 
+    /// Where the tags of the visible named pointers are drawn, in widget pixels. Tags that
+    /// would overlap are moved apart along the scale, so every label stays readable.
+    QList<QRectF> tagRects() const;
+
     /// Text for screen readers: the reading and every lit lamp ("IN+, WAIT"); in continuous
     /// mode the visible pointers with their values ("TrigLvl 1.25, CHa_Zero 0.00").
     QString accessibleValueText() const;
@@ -139,7 +143,16 @@ private:
         QRectF lamps;    // the strip that holds the state lamps
     };
 
+    struct TagPlace {
+        int pointer = 0; // index into m_pointers
+        QPointF tip;     // where the tag points
+        QRectF box;      // where its label is drawn
+        Qt::Edge edge = Qt::RightEdge;
+        bool pinned = false; // the value lies beyond the scale
+    };
+
     ScopeGraph* guide() const;
+    QVector<TagPlace> tagPlaces(const Track& track) const;
     int find(const QString& name) const;
     const StateMark* litMark(const Pointer& pointer) const;
     bool hasLamps() const;

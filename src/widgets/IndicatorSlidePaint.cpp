@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
 #include <cmath>
 
 namespace zorvik {
@@ -17,17 +18,29 @@ constexpr qreal kFrameMargin = 3.0;
 
 // Draws a pointer tag: a label box with an arrow tip at `tip`, pointing towards `edge`.
 // A pinned tag (value beyond the scale) is drawn hollow.
-void drawTag(QPainter& p, const QPointF& tip, Qt::Edge edge, const QString& text,
-             const QColor& color, bool pinned) {
-    const QFontMetricsF fm(p.font());
+/// The box of a tag whose tip is at `tip`, moved `shift` pixels along the scale.
+QRectF tagBox(const QFontMetricsF& fm, const QPointF& tip, Qt::Edge edge, const QString& text,
+              qreal shift) {
     const qreal h = fm.height() + 2.0;
     const qreal tipLen = h * 0.45;
     const qreal w = fm.horizontalAdvance(text) + h * 0.5;
-    QPainterPath path;
-    QRectF box;
     switch (edge) {
     case Qt::RightEdge:
-        box = QRectF(tip.x() - tipLen - w, tip.y() - h / 2, w, h);
+        return QRectF(tip.x() - tipLen - w, tip.y() - h / 2 + shift, w, h);
+    case Qt::LeftEdge:
+        return QRectF(tip.x() + tipLen, tip.y() - h / 2 + shift, w, h);
+    case Qt::BottomEdge:
+        return QRectF(tip.x() - w / 2 + shift, tip.y() - tipLen - h, w, h);
+    default:
+        return QRectF(tip.x() - w / 2 + shift, tip.y() + tipLen, w, h);
+    }
+}
+
+void drawTag(QPainter& p, const QPointF& tip, const QRectF& box, Qt::Edge edge, const QString& text,
+             const QColor& color, bool pinned) {
+    QPainterPath path;
+    switch (edge) {
+    case Qt::RightEdge:
         path.moveTo(tip);
         path.lineTo(box.topRight());
         path.lineTo(box.topLeft());
@@ -35,7 +48,6 @@ void drawTag(QPainter& p, const QPointF& tip, Qt::Edge edge, const QString& text
         path.lineTo(box.bottomRight());
         break;
     case Qt::LeftEdge:
-        box = QRectF(tip.x() + tipLen, tip.y() - h / 2, w, h);
         path.moveTo(tip);
         path.lineTo(box.bottomLeft());
         path.lineTo(box.bottomRight());
@@ -43,7 +55,6 @@ void drawTag(QPainter& p, const QPointF& tip, Qt::Edge edge, const QString& text
         path.lineTo(box.topLeft());
         break;
     case Qt::BottomEdge:
-        box = QRectF(tip.x() - w / 2, tip.y() - tipLen - h, w, h);
         path.moveTo(tip);
         path.lineTo(box.bottomLeft());
         path.lineTo(box.topLeft());
@@ -51,7 +62,7 @@ void drawTag(QPainter& p, const QPointF& tip, Qt::Edge edge, const QString& text
         path.lineTo(box.bottomRight());
         break;
     case Qt::TopEdge:
-        box = QRectF(tip.x() - w / 2, tip.y() + tipLen, w, h);
+    default:
         path.moveTo(tip);
         path.lineTo(box.topRight());
         path.lineTo(box.bottomRight());
@@ -278,7 +289,7 @@ void IndicatorSlide::paintContinuous(QPainter& p, const Track& t) {
     }
 }
 
-void IndicatorSlide::paintTags(QPainter& p, const Track& t) {
+QVector<IndicatorSlide::TagPlace> IndicatorSlide::tagPlaces(const Track& t) const {
     const bool vertical = m_orientation == Qt::Vertical;
     const QRectF area =
         QRectF(rect()).adjusted(kFrameMargin, kFrameMargin, -kFrameMargin, -kFrameMargin);
@@ -298,15 +309,64 @@ void IndicatorSlide::paintTags(QPainter& p, const Track& t) {
     } else {
         line = area.bottom() - 1.0;
     }
-    for (const Pointer& ptr : m_pointers) {
+    const QFontMetricsF fm(font());
+    QVector<TagPlace> places;
+    for (int i = 0; i < m_pointers.size(); ++i) {
+        const Pointer& ptr = m_pointers.at(i);
         if (!ptr.visible || !ptr.marks.isEmpty() || std::isnan(ptr.value))
             continue;
         const qreal pos = pixelFor(ptr.value);
-        const bool pinned = pos < low - 0.5 || pos > high + 0.5;
+        TagPlace place;
+        place.pointer = i;
+        place.edge = edge;
+        place.pinned = pos < low - 0.5 || pos > high + 0.5;
         const qreal along = qBound(low, pos, high);
+        place.tip = vertical ? QPointF(line, along) : QPointF(along, line);
+        place.box = tagBox(fm, place.tip, edge, ptr.label, 0.0);
+        places << place;
+    }
+    // Tags whose boxes would overlap (two pointers a few pixels apart, as the trigger level
+    // and the zero line often are) are moved apart along the scale until each box stands
+    // free; every tip still points at its own value.
+    const auto start = [vertical](const QRectF& r) { return vertical ? r.top() : r.left(); };
+    const auto length = [vertical](const QRectF& r) { return vertical ? r.height() : r.width(); };
+    std::sort(places.begin(), places.end(), [&](const TagPlace& a, const TagPlace& b) {
+        return start(a.box) < start(b.box) ||
+               (start(a.box) == start(b.box) && a.pointer < b.pointer);
+    });
+    for (int pass = 0; pass < places.size(); ++pass) {
+        bool moved = false;
+        for (int i = 1; i < places.size(); ++i) {
+            QRectF& a = places[i - 1].box;
+            QRectF& b = places[i].box;
+            const qreal overlap = start(a) + length(a) + 1.0 - start(b);
+            if (overlap <= 0)
+                continue;
+            const QPointF half = vertical ? QPointF(0, overlap / 2) : QPointF(overlap / 2, 0);
+            a.translate(-half);
+            b.translate(half);
+            moved = true;
+        }
+        if (!moved)
+            break;
+    }
+    return places;
+}
+
+QList<QRectF> IndicatorSlide::tagRects() const {
+    QList<QRectF> rects;
+    const QVector<TagPlace> places = tagPlaces(track());
+    for (const TagPlace& place : places)
+        rects << place.box;
+    return rects;
+}
+
+void IndicatorSlide::paintTags(QPainter& p, const Track& t) {
+    // The zero line's tag is drawn under the others where they still touch.
+    for (const TagPlace& place : tagPlaces(t)) {
+        const Pointer& ptr = m_pointers.at(place.pointer);
         const QColor color = isEnabled() ? ptr.color : PanelLook::disabledTextColor();
-        drawTag(p, vertical ? QPointF(line, along) : QPointF(along, line), edge, ptr.label, color,
-                pinned);
+        drawTag(p, place.tip, place.box, place.edge, ptr.label, color, place.pinned);
     }
 }
 

@@ -39,6 +39,7 @@ void Slide::setRange(double minimum, double maximum) {
     if (clamped != m_value) {
         m_value = clamped;
         notifyAccessibility();
+        emit positionChanged(m_value);
     }
     update();
 }
@@ -50,6 +51,7 @@ bool Slide::setValue(double value) {
         m_value = value;
         update();
         notifyAccessibility();
+        emit positionChanged(value);
         emit valueChanged(value);
     }
     return true;
@@ -61,6 +63,7 @@ void Slide::setValueSilently(double value) {
     m_value = value;
     update();
     notifyAccessibility();
+    emit positionChanged(value);
 }
 
 void Slide::setSteps(double smallStep, double largeStep) {

@@ -52,6 +52,9 @@ public:
 
 signals:
     void valueChanged(double value);
+    /// The thumb moved, whoever moved it (setValueSilently too): for what shows the slide's
+    /// value elsewhere.
+    void positionChanged(double value);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

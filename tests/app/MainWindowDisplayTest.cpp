@@ -257,3 +257,39 @@ TEST_F(MainWindowDisplay, RangeBits12KeepTheVoltsPerCountAndTheTriggerLevel) {
     expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000,
                plotYs(voltsOf(flatSamples(50), kVpc1V), 1.0f, 0.0f, false));
 }
+
+// The "0" pointer stands at the offset from the start, on a first run without a settings file
+// as with one: it does not wait for the first frame.
+TEST_F(MainWindowDisplay, TheZeroPointerStandsAtTheOffsetFromTheStart) {
+    frmMain& w = start();
+    EXPECT_TRUE(w.CWSTrigInd->pointerVisible("CHa_Zero"));
+    EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), 0.0);
+    EXPECT_EQ(w.CWSTrigInd->tagRects().size(), 1); // "0" only: "T" waits for a frame
+}
+
+TEST_F(MainWindowDisplay, TheZeroPointerFollowsTheOffsetHoweverItIsSet) {
+    frmMain& w = start();
+    w.CWSCHaOffset->setValueSilently(-1.5); // as a waveform file sets it
+    EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), -1.5);
+    w.CWSCHaOffset->setValue(2.25);
+    EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), 2.25);
+}
+
+// At 20 V/div every trigger level lies within a few pixels of the zero line: the two tags are
+// moved apart so that "T" and "0" both stay readable, each still pointing at its value.
+TEST_F(MainWindowDisplay, TriggerAndZeroTagsNeverCoverEachOther) {
+    frmMain& w = running();
+    ASSERT_EQ(w.CWKChaLvl->value(), 1);
+    for (std::uint8_t level : {0, 4, 8, 16, 32, 64}) {
+        feed(stateWith(0x00, 6, level), rampSamples());
+        SCOPED_TRACE(int(level));
+        ASSERT_LT(std::abs(w.CWSTrigInd->pixelFor(w.CWSTrigInd->pointerValue("TrigLvl")) -
+                           w.CWSTrigInd->pixelFor(w.CWSTrigInd->pointerValue("CHa_Zero"))),
+                  3.0);
+        const QList<QRectF> tags = w.CWSTrigInd->tagRects();
+        ASSERT_EQ(tags.size(), 2);
+        EXPECT_FALSE(tags[0].intersects(tags[1]));
+        for (const QRectF& r : tags)
+            EXPECT_TRUE(QRectF(w.CWSTrigInd->rect()).contains(r));
+    }
+}

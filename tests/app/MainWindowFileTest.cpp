@@ -138,6 +138,9 @@ TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
     EXPECT_EQ(w.CWSCoupling->value(), 3);
     EXPECT_EQ(w.CWSTrigger->value(), 2);
     EXPECT_EQ(w.sngRefSampleInterval, 5e-6f);
+    // The "0" pointer beside the graph stands at the file's offset.
+    EXPECT_TRUE(w.CWSTrigInd->pointerVisible("CHa_Zero"));
+    EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), -1.5);
     // Drawn at the file's scales: 100 us per division, 2 V per division, inverted, offset.
     const ScopeGraph::PlotData d = w.CWGraph1->plotData("Ref");
     ASSERT_EQ(d.y.size(), 128);
