@@ -22,8 +22,10 @@ StreamDecoder::End StreamDecoder::run(const Listener& listener, const StopCheck&
         const auto got = static_cast<std::size_t>(in_.gcount());
         bytesRead_ += got;
         const bool complete = got == buffer.size();
-        // A probe needs its two bytes; a single trailing byte while hunting is no event.
-        if (!complete && !request.timed)
+        // A probe needs its two bytes; a single trailing byte while hunting is no event. A
+        // stream that ends right where the rest of a frame was awaited is a capture that was
+        // stopped while it waited: that read never completed, so nothing is reported for it.
+        if (!complete && (!request.timed || got == 0))
             return End::StreamEnded;
         buffer.resize(got);
         const ReceiveStep step = machine_.onData(buffer);

@@ -14,7 +14,9 @@ namespace zorvik::cli {
 /// asks for, next in the stream. A recording holds only the bytes that were delivered, so the
 /// input reset after a waiting marker discards nothing here. At the end of the stream a read
 /// of the rest of a frame gets the bytes that remain (the cycle then reports a short or
-/// rejected frame); a probe that would find fewer than two bytes ends the replay quietly.
+/// rejected frame); when none remain (a capture stopped while it awaited the rest) and when a
+/// probe would find fewer than two bytes, the replay ends quietly. So a capture's recording
+/// replays to exactly the lines the capture printed.
 class StreamDecoder {
 public:
     enum class End {

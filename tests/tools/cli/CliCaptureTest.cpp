@@ -169,6 +169,31 @@ TEST(CliCapture, InterruptEndsWithStatus130AndAWholeRecording) {
     EXPECT_EQ(decoded.out, r.out);
 }
 
+// Stopped while the rest of a frame is awaited: the recording ends with that frame's sync
+// probe, and decoding it prints exactly what the capture printed, no line more.
+TEST(CliCapture, ARecordingStoppedWhileAFrameWasAwaitedDecodesToTheSameLines) {
+    FrameFeeder feeder;
+    feeder.start();
+    QTemporaryDir dir;
+    const QString raw = dir.filePath("capture.bin");
+    auto cli = startCli({"capture", "--port", feeder.path(), "--raw", raw});
+    QByteArray out;
+    ASSERT_TRUE(waitForFrames(*cli, out, 2));
+    feeder.stop();
+    const Bytes next = frame(sampleState(), 40);
+    feeder.pty().write(Bytes(next.begin(), next.begin() + 60));
+    // The probe of that frame is in the recording once the capture has taken it.
+    const qint64 whole = QFileInfo(raw).size();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(raw).size() % 139 == 2; }, 5000)) << whole;
+    ::kill(static_cast<pid_t>(cli->processId()), SIGINT);
+    const CliResult r = finishCli(*cli, 10000, out);
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 130);
+    const CliResult decoded = runCli({"decode", raw});
+    EXPECT_EQ(decoded.exitCode, 0);
+    EXPECT_EQ(decoded.out, r.out);
+}
+
 TEST(CliCapture, TerminateEndsWithStatus143) {
     FrameFeeder feeder;
     feeder.start();
