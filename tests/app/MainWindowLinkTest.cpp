@@ -1,5 +1,6 @@
 // POWER, the port search and the receive cycle as the main window shows them.
 #include "app/MainWindowFixture.h"
+#include "common/EventLoop.h"
 #include "common/FrameBytes.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Led.h"
@@ -32,7 +33,7 @@ protected:
     }
     void feedFrame(int seed = 1, HardwareState s = sampleState()) {
         fake.feed(frameBytes(s, seed));
-        QTest::qWait(5);
+        test::runPendingEvents();
         EXPECT_TRUE(QTest::qWaitFor(
             [&] { return fake.pendingCount() == 2 && fake.buffered() == 0; }, 1000));
     }
@@ -184,7 +185,7 @@ TEST_F(MainWindowLink, SwitchingPowerOffDuringTheSearchEndsItQuietly) {
     w.CWBPwr->setValue(false);
     EXPECT_FALSE(w.searching());
     fake.timeOut();
-    QTest::qWait(20);
+    test::runPendingEvents();
     EXPECT_TRUE(messages.empty());
     EXPECT_FALSE(fake.isOpen());
 }

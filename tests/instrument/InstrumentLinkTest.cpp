@@ -1,5 +1,6 @@
 // Tests of the port search and the receive cycle over pseudo-terminals.
 #include "instrument/InstrumentLink.h"
+#include "common/EventLoop.h"
 #include "common/FrameBytes.h"
 #include "common/PtyPair.h"
 #include "instrument/QtSerialLink.h"
@@ -57,7 +58,8 @@ TEST(InstrumentLink, SearchWithNoPortsAtAllFailsWithoutProbing) {
     rig.link.startSearch(true, 1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.count() == 1; }, 2000));
     EXPECT_FALSE(done.at(0).at(0).toBool());
-    EXPECT_LT(clock.elapsed(), 500);
+    // No port was probed: that would have taken its full second.
+    EXPECT_LT(clock.elapsed(), kProbeTimeoutMs);
     EXPECT_FALSE(rig.serial.isOpen());
 }
 
@@ -109,9 +111,11 @@ TEST(InstrumentLink, CancelledSearchEndsQuietly) {
     rig.ports.setDevice(1, silent.path());
     QSignalSpy done(&rig.link, &InstrumentLink::searchFinished);
     rig.link.startSearch(true, 1);
-    QTest::qWait(100);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rig.serial.isOpen(); }, 2000));
     rig.link.cancelSearch();
-    QTest::qWait(1200);
+    // What is checked is that nothing comes: the probe's time-out, had it stayed armed, would
+    // have ended the search within this time (a busy machine only makes the check longer).
+    QTest::qWait(kProbeTimeoutMs + 200);
     EXPECT_EQ(done.count(), 0);
     EXPECT_FALSE(rig.serial.isOpen());
     EXPECT_FALSE(rig.link.searching());
@@ -149,6 +153,7 @@ TEST(InstrumentLink, HoldStopsReceptionUntilRearmed) {
     rig.link.machine().blnAcquire = false;
     rig.link.stopReception();
     const auto before = received.count();
+    // Frames keep coming on the line meanwhile (one every 72 ms): none is taken in.
     QTest::qWait(150);
     EXPECT_EQ(received.count(), before);
     rig.link.machine().blnAcquire = true;
@@ -187,8 +192,9 @@ TEST(InstrumentLink, VanishedPortWhileReceivingFails) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return done.count() == 1; }, 3000));
     rig.link.machine().blnAcquire = true;
     QSignalSpy failed(&rig.link, &InstrumentLink::failed);
+    QSignalSpy received(&rig.link, &InstrumentLink::received);
     rig.link.resetAndArm();
-    QTest::qWait(50);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return received.count() >= 1; }, 3000));
     instrument->stop();
     instrument->pty().closeAll();
     ASSERT_TRUE(QTest::qWaitFor([&] { return failed.count() == 1; }, 3000));

@@ -1,5 +1,6 @@
 // Tests of the serial link on a pseudo-terminal: exact reads, time-outs, reset, failures.
 #include "instrument/QtSerialLink.h"
+#include "common/EventLoop.h"
 #include "common/PtyPair.h"
 
 #include <QElapsedTimer>
@@ -24,7 +25,8 @@ TEST(QtSerialLink, ReadCompletesWithExactlyTheBytesAskedFor) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return spy.count() == 1; }, 2000));
     EXPECT_EQ(spy.at(0).at(0).toByteArray(), QByteArray("\x01\x02", 2));
     link.read(4, 0);
-    QTest::qWait(50);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return link.bytesWaiting() == 3; }, 2000));
+    test::runPendingEvents();
     EXPECT_EQ(spy.count(), 1) << "only three bytes are there";
     pty.write({6});
     ASSERT_TRUE(QTest::qWaitFor([&] { return spy.count() == 2; }, 2000));
@@ -55,7 +57,7 @@ TEST(QtSerialLink, ResetInputDiscardsBufferedBytesAndThePendingRead) {
     ASSERT_TRUE(link.open(QString::fromStdString(pty.path())));
     QSignalSpy data(&link, &SerialLink::dataReceived);
     pty.write({1, 2, 3, 4});
-    QTest::qWait(50);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return link.bytesWaiting() == 4; }, 2000));
     link.read(8, 0);
     link.resetInput();
     EXPECT_FALSE(link.readPending());
@@ -73,7 +75,7 @@ TEST(QtSerialLink, VanishedDeviceRaisesPortErrorOnceAndClosesThePort) {
     link.read(2, 0);
     pty->closeAll();
     ASSERT_TRUE(QTest::qWaitFor([&] { return errors.count() >= 1; }, 3000));
-    QTest::qWait(50);
+    test::runPendingEvents();
     EXPECT_EQ(errors.count(), 1);
     EXPECT_FALSE(link.isOpen());
 }

@@ -1,6 +1,7 @@
 // The serial link keeps a bounded backlog: the port holds at most a few kilobytes in the
 // program's memory, the rest waits in the system and the line slows to the program's pace, so
 // nothing that arrived is ever dropped by the program, whether it holds or reads flat out.
+#include "common/EventLoop.h"
 #include "common/PtyPair.h"
 #include "instrument/QtSerialLink.h"
 
@@ -143,7 +144,7 @@ TEST(SerialBacklog, InputResetAfterAFullBacklogLetsTheNextReadThrough) {
     EXPECT_EQ(link.bytesWaiting(), 0);
     QSignalSpy data(&link, &SerialLink::dataReceived);
     link.read(2, 0);
-    QTest::qWait(50);
+    test::runPendingEvents();
     pty.write({0xFE, 0x01});
     ASSERT_TRUE(QTest::qWaitFor([&] { return data.count() == 1; }, 2000));
     EXPECT_EQ(data.at(0).at(0).toByteArray(), QByteArray("\xFE\x01", 2));

@@ -1,6 +1,7 @@
 // Tests of the graph's plots, axes, colours and paced redrawing.
 #include "widgets/ScopeGraph.h"
 #include "PanelTestSupport.h"
+#include "common/EventLoop.h"
 #include "widgets/PanelLook.h"
 
 #include <gtest/gtest.h>
@@ -196,7 +197,7 @@ TEST(ScopeGraph, ABurstOfFramesCostsOneRedraw) {
     graph->setGeometry(10, 10, 480, 380);
     ASSERT_TRUE(test::showAndWait(panel.get()));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !graph->redrawPending(); }, 2000));
-    QTest::qWait(50); // let any redraw from showing the window finish
+    test::runPendingEvents(); // any redraw from showing the window is done
     ASSERT_FALSE(graph->redrawPending());
     const int before = graph->replotCount();
     auto ys = ramp();

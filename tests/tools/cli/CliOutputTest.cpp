@@ -97,16 +97,8 @@ TEST(CliBadInput, UnreadableFileFailsWithOneLineAndStatus2) {
     ASSERT_EQ(::chmod(dir.path().toLocal8Bit().constData(), 0755), 0);
     const QString path = writeFile(dir, "locked.bin", frame(sampleState(), 0));
     ASSERT_EQ(::chmod(path.toLocal8Bit().constData(), 0), 0);
-    QProcess cli;
     // The superuser reads any file: the program then runs as the unprivileged user.
-    if (::geteuid() == 0) {
-        cli.setChildProcessModifier([] {
-            if (::setgid(65534) != 0 || ::setuid(65534) != 0)
-                ::_exit(99);
-        });
-    }
-    cli.start(QStringLiteral(ZORVIK_CLI), {"decode", path});
-    const CliResult r = finishCli(cli);
+    const CliResult r = runCliUnprivileged({"decode", path});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_TRUE(r.out.isEmpty());
     EXPECT_EQ(r.err, "zorvik-cli: cannot open " + path.toUtf8() + ": Permission denied\n");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "common/FrameBytes.h"
+#include "common/ProgramCopy.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -16,6 +17,9 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <grp.h>
+#include <unistd.h>
 
 namespace zorvik::test {
 
@@ -64,6 +68,27 @@ inline CliResult finishCli(QProcess& process, int deadlineMs = 20000,
     result.out = outSoFar + process.readAllStandardOutput();
     result.err = process.readAllStandardError();
     return result;
+}
+
+/// Runs a copy of zorvik-cli with `args` as the unprivileged user "nobody" when the test runs
+/// as the administrator (for whom file permissions do not hold), as the test's user otherwise.
+/// The copy lies in a folder any user can reach, and runs there, so where the checkout lies
+/// does not matter.
+inline CliResult runCliUnprivileged(const QStringList& args, int deadlineMs = 20000) {
+    ProgramCopy copy(QStringLiteral(ZORVIK_CLI));
+    QProcess process;
+    process.setProgram(copy.program());
+    process.setArguments(args);
+    process.setWorkingDirectory(copy.folder());
+    if (::geteuid() == 0) {
+        process.setChildProcessModifier([] {
+            if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
+                ::_exit(127);
+        });
+    }
+    process.start();
+    process.waitForStarted(5000);
+    return finishCli(process, deadlineMs);
 }
 
 inline CliResult runCli(const QStringList& args, int deadlineMs = 20000) {

@@ -123,18 +123,7 @@ TEST(CliWdfFailure, UnreadableFileSaysWhyThenShowsBothMessages) {
                                                       QFile::ExeOther));
     const QString path = writeText(dir, "locked.wdf", wdfFixture("windows-style.wdf"));
     ASSERT_TRUE(QFile::setPermissions(path, QFile::WriteOwner));
-    QProcess process;
-    process.setProgram(QStringLiteral(ZORVIK_CLI));
-    process.setArguments({"wdf", path});
     // Permissions do not hold for the administrator: the program then runs as "nobody".
-    if (::geteuid() == 0) {
-        process.setChildProcessModifier([] {
-            if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
-                ::_exit(127);
-        });
-    }
-    process.start();
-    ASSERT_TRUE(process.waitForStarted(5000));
-    expectFailure(finishCli(process), "zorvik-cli: cannot open " + path.toUtf8() +
-                                          ": Permission denied\n" + kBothMessages);
+    expectFailure(runCliUnprivileged({"wdf", path}), "zorvik-cli: cannot open " + path.toUtf8() +
+                                                         ": Permission denied\n" + kBothMessages);
 }
