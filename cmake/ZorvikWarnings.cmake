@@ -1,6 +1,10 @@
 # Warning flags and sanitizer switches shared by every project target.
 add_library(zorvik_warnings INTERFACE)
 target_compile_options(zorvik_warnings INTERFACE -Wall -Wextra -Wpedantic)
+# ZORVIK_WERROR: a warning in project code stops the build (CI builds this way).
+if(ZORVIK_WERROR)
+    target_compile_options(zorvik_warnings INTERFACE -Werror)
+endif()
 
 # ZORVIK_SANITIZE: AddressSanitizer (with LeakSanitizer) and UndefinedBehaviorSanitizer on
 # everything built; any finding stops the program, so a test that meets one fails.

@@ -92,7 +92,12 @@ ProfileChanges::checkWrite(std::string_view before, std::string_view after,
     std::string appended(before);
     if (!appended.empty() && appended.back() != '\n' && appended.back() != '\r')
         appended += br;
-    appended += "[" + std::string(section) + "]" + br + entry + br;
+    appended += '[';
+    appended += section;
+    appended += ']';
+    appended += br;
+    appended += entry;
+    appended += br;
     if (after == appended)
         return std::nullopt;
 

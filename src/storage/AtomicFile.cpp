@@ -44,7 +44,10 @@ void flushToDisk([[maybe_unused]] const fs::path& path, [[maybe_unused]] bool fo
 
 /// Start of the name of every scratch file made beside `name`: ".NAME.tmp-".
 std::string scratchPrefix(const fs::path& name) {
-    return "." + name.string() + ".tmp-";
+    std::string prefix(1, '.');
+    prefix += name.string();
+    prefix += ".tmp-";
+    return prefix;
 }
 
 long processId() {

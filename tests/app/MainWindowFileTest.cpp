@@ -49,15 +49,21 @@ protected:
     /// The main window's settings that a file can change, as text for comparing.
     static std::string panelState(frmMain& w) {
         std::string s;
-        s += std::to_string(w.CWKTimeRange->value()) + " " + std::to_string(w.CWKChaLvl->value());
-        s += " " + std::to_string(w.CWSCHaOffset->value()) + " " +
-             std::to_string(w.CWBChaInv->value()) + std::to_string(w.CWBRef->value());
+        auto add = [&s](const std::string& item) {
+            s += item;
+            s += ' ';
+        };
+        add(std::to_string(w.CWKTimeRange->value()));
+        add(std::to_string(w.CWKChaLvl->value()));
+        add(std::to_string(w.CWSCHaOffset->value()));
+        add(std::to_string(w.CWBChaInv->value()));
+        add(std::to_string(w.CWBRef->value()));
         const HardwareState h = w.link().machine().state;
         for (int b : {h.bytSwitchSetting, h.bytTriggerLvl, h.bytTimebaseDef, h.bytTriggerDef})
-            s += " " + std::to_string(b);
+            add(std::to_string(b));
         for (float v : w.sngRefVolts)
-            s += " " + std::to_string(bits(v));
-        s += " " + std::to_string(bits(w.sngRefSampleInterval));
+            add(std::to_string(bits(v)));
+        add(std::to_string(bits(w.sngRefSampleInterval)));
         return s;
     }
 };

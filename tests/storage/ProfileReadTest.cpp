@@ -68,7 +68,7 @@ TEST_F(ProfileRead, ValueTooLongForTheBufferIsCutToSizeMinusOne) {
 }
 
 TEST_F(ProfileRead, BufferOf255ReturnsAtMost254Characters) {
-    file("[App]\r\nkey=" + std::string(300, 'v') + "\r\n");
+    file(std::string("[App]\r\nkey=").append(300, 'v').append("\r\n"));
     const Read r = readProfile("App", "key", std::nullopt, 255, path);
     EXPECT_EQ(r.count, 254u);
     std::string expected(255, 'v');

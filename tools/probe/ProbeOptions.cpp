@@ -87,7 +87,9 @@ std::optional<std::uint8_t> toByte(std::string_view text) {
 
 // Applies one option; returns an error text, empty when the value is good.
 std::string apply(ProbeCommand& c, std::string_view name, std::string_view v) {
-    const std::string quoted = "'" + std::string(v) + "'";
+    std::string quoted(1, '\'');
+    quoted += v;
+    quoted += '\'';
     auto& s = c.settings;
     auto& o = c.stream;
     if (name == "--shape") {
@@ -252,14 +254,21 @@ std::string probeHelpText() {
         "first line, then sends frames until interrupted or until a finite run ends.\n"
         "Options take their value as the next argument or after '='.\n\n";
     for (const auto& option : kOptions) {
-        std::string left = "  " + std::string(option.name);
-        if (!option.value.empty())
-            left += " " + std::string(option.value);
-        if (left.size() < 24)
+        std::string left(2, ' ');
+        left += option.name;
+        if (!option.value.empty()) {
+            left += ' ';
+            left += option.value;
+        }
+        if (left.size() < 24) {
             left.resize(24, ' ');
-        else
-            left += "\n" + std::string(24, ' ');
-        text += left + std::string(option.text) + "\n";
+        } else {
+            left += '\n';
+            left.append(24, ' ');
+        }
+        text += left;
+        text += option.text;
+        text += '\n';
     }
     text += "\nExit status: 0 done, 1 the device or a file failed, 2 bad options.\n";
     return text;
