@@ -66,7 +66,9 @@ void frmMain::onSearchFinished(bool answered, int port) {
         CWBPwr->repaint();
         return;
     }
-    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText);
+    // Why each port failed, behind the message's "Show Details..." button.
+    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText, QMessageBox::Ok,
+                       QString::fromStdString(describePorts(link_->lastSearch())));
     setStatus(sbrBaudRate, "Baud: ");
     setStatus(sbrComPort, "Com: ");
     blnLiveData = false;
@@ -119,7 +121,8 @@ void frmMain::CWSerial1_Error() {
     setStatus(sbrBaudRate, "Baud: ");
     setStatus(sbrComPort, "Com: ");
     setStatus(sbrSampleRate, "Sample Rate: " + QString::fromStdString(acquisition.strSampleRate));
-    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText);
+    MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText, QMessageBox::Ok,
+                       QString::fromStdString(describePort(link_->lastFailure()) + "\n"));
     CWBPwr->setValue(false);
     link_->machine().blnAcquire = false;
     blnLiveData = false;

@@ -25,6 +25,16 @@ void InstrumentLink::startSearch(bool blnAutoPort, int ComPort) {
             exists[static_cast<std::size_t>(n)] = comPortExists_ && comPortExists_(n);
     }
     searchPorts_ = portsToProbe(blnAutoPort, ComPort, exists);
+    searchReport_.clear();
+    const int first = blnAutoPort ? kFirstComPort : ComPort;
+    const int last = blnAutoPort ? kLastComPort : ComPort;
+    for (int n = first; n <= last; ++n) {
+        PortReport r;
+        r.port = n;
+        r.device = ports_.devicePath(n);
+        r.outcome = PortOutcome::NotPresent;
+        searchReport_.push_back(std::move(r));
+    }
     searchIndex_ = 0;
     searching_ = true;
     probeNext();
@@ -40,15 +50,33 @@ void InstrumentLink::cancelSearch() {
 
 bool InstrumentLink::openPort(int n) {
     serial_.setBaudRate(kBaudRate);
-    return serial_.open(QString::fromStdString(ports_.devicePath(n)));
+    port_ = n;
+    const std::string device = ports_.devicePath(n);
+    if (serial_.open(QString::fromStdString(device)))
+        return true;
+    failure_ = serial_.openFailure();
+    failure_.port = n;
+    failure_.device = device;
+    return false;
+}
+
+PortReport* InstrumentLink::reportOf(int port) {
+    for (PortReport& r : searchReport_) {
+        if (r.port == port)
+            return &r;
+    }
+    return nullptr;
 }
 
 void InstrumentLink::probeNext() {
     while (searchIndex_ < searchPorts_.size()) {
         const int n = searchPorts_[searchIndex_++];
-        // A port that cannot be opened simply does not answer.
-        if (!openPort(n))
+        // A port that cannot be opened simply does not answer; why is kept for the user.
+        if (!openPort(n)) {
+            if (PortReport* r = reportOf(n))
+                *r = failure_;
             continue;
+        }
         serial_.resetInput();
         probing_ = n;
         serial_.read(1, kProbeTimeoutMs);
@@ -63,6 +91,8 @@ void InstrumentLink::probeNext() {
 void InstrumentLink::probeAnswered(bool answered) {
     const int port = probing_;
     probing_ = 0;
+    if (PortReport* r = reportOf(port))
+        r->outcome = answered ? PortOutcome::Answered : PortOutcome::NoAnswer;
     if (answered) {
         searching_ = false;
         emit searchFinished(true, port);
@@ -112,16 +142,21 @@ void InstrumentLink::onTimedOut() {
         return;
     }
     const ReceiveStep step = machine_.onTimeout();
-    if (step.event == ReceiveEvent::TimedOut)
+    if (step.event == ReceiveEvent::TimedOut) {
+        failure_ =
+            PortReport{port_, serial_.device().toStdString(), PortOutcome::FrameTimedOut, {}};
         emit failed();
+    }
 }
 
-void InstrumentLink::onPortError() {
+void InstrumentLink::onPortError(const QString& description) {
     if (probing_ != 0) {
         probeAnswered(false);
         return;
     }
     machine_.stop();
+    failure_ = PortReport{port_, serial_.device().toStdString(), PortOutcome::PortFailed,
+                          description.toStdString()};
     emit failed();
 }
 

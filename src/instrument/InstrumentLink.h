@@ -2,6 +2,7 @@
 #pragma once
 
 #include "instrument/PortMap.h"
+#include "instrument/PortReport.h"
 #include "instrument/ReceiveMachine.h"
 #include "instrument/SerialLink.h"
 
@@ -39,8 +40,15 @@ public:
     /// Abandons a running search quietly (the port is closed, no signal).
     void cancelSearch();
     bool searching() const { return searching_; }
+    /// What happened on each port the last search tried, in port order: with the automatic
+    /// search COM1 to COM8 (a port whose device does not exist is "not present"), otherwise
+    /// the one port.
+    const std::vector<PortReport>& lastSearch() const { return searchReport_; }
+    /// Why the link failed while receiving (valid after `failed`).
+    const PortReport& lastFailure() const { return failure_; }
 
-    /// Opens COMn (its mapped device) at 19200 baud; false when it cannot be opened.
+    /// Opens COMn (its mapped device) at 19200 baud; false when it cannot be opened (then
+    /// lastFailure() says why).
     bool openPort(int n);
     /// Starts or resumes the receive cycle: resets the input and arms the two-byte probe.
     void resetAndArm();
@@ -62,7 +70,8 @@ private:
     void probeAnswered(bool answered);
     void onData(const QByteArray& bytes);
     void onTimedOut();
-    void onPortError();
+    void onPortError(const QString& description);
+    PortReport* reportOf(int port);
     void carryOut(const ReceiveStep& step);
 
     SerialLink& serial_;
@@ -74,6 +83,9 @@ private:
     std::vector<int> searchPorts_;
     std::size_t searchIndex_ = 0;
     int probing_ = 0;
+    int port_ = 0; ///< the port opened last
+    std::vector<PortReport> searchReport_;
+    PortReport failure_;
 };
 
 } // namespace zorvik

@@ -1,6 +1,8 @@
 // The serial link on QSerialPort: asynchronous reads of exactly n bytes with a time-out.
 #include "instrument/QtSerialLink.h"
 
+#include "instrument/PortDiagnosis.h"
+
 #include <QMetaObject>
 
 #include <algorithm>
@@ -28,6 +30,7 @@ bool QtSerialLink::open(const QString& device) {
     port_.setPortName(device);
     if (!port_.open(QIODevice::ReadOnly)) {
         lastError_ = port_.errorString();
+        openFailure_ = diagnoseDevice(0, device.toStdString(), lastError_.toStdString());
         return false;
     }
     const bool configured = port_.setBaudRate(baud_) && port_.setDataBits(QSerialPort::Data8) &&
@@ -37,6 +40,7 @@ bool QtSerialLink::open(const QString& device) {
     if (!configured) {
         lastError_ = port_.errorString();
         port_.close();
+        openFailure_ = diagnoseDevice(0, device.toStdString(), lastError_.toStdString());
         return false;
     }
     return true;

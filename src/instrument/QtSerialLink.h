@@ -25,6 +25,7 @@ public:
     void cancelRead() override;
     bool readPending() const override { return pendingCount_ > 0; }
     QString errorString() const override;
+    PortReport openFailure() const override { return openFailure_; }
 
     /// The most bytes the port keeps in the program's memory (what the system's own serial
     /// buffer holds, about two seconds of the line); beyond that the input waits in the system.
@@ -46,6 +47,7 @@ private:
     bool deliveryQueued_ = false;
     bool portFull_ = false; ///< the port's buffer filled up and it stopped taking bytes
     QString lastError_;
+    PortReport openFailure_;
     QString device_;
 };
 

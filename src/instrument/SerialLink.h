@@ -1,6 +1,8 @@
 // The serial port as the receive cycle and the port search use it.
 #pragma once
 
+#include "instrument/PortReport.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -41,6 +43,14 @@ public:
 
     /// Text of the last error.
     virtual QString errorString() const = 0;
+    /// Why the last open() failed, in terms a user can act on (the port number left 0).
+    virtual PortReport openFailure() const {
+        PortReport r;
+        r.device = device().toStdString();
+        r.outcome = PortOutcome::OpenFailed;
+        r.detail = errorString().toStdString();
+        return r;
+    }
 
 signals:
     /// The armed read completed with exactly the bytes it asked for.

@@ -10,6 +10,7 @@
 #if defined(__unix__) || defined(__APPLE__)
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -301,6 +302,103 @@ bool AtomicFile::replace(const fs::path& path, std::string_view bytes) {
     }
     flushToDisk(folder, true);
     return true;
+}
+
+AtomicFile::Writer::Writer(const fs::path& path) {
+    const std::optional<Target> t = replaceTarget(path);
+    if (!t) {
+        error_ = "cannot be written (a read-only file or folder, or no such folder)";
+        return;
+    }
+    target_ = t->file;
+    exists_ = t->exists;
+    perms_ = t->status.permissions();
+    removeStaleScratchFiles(t->folder, target_.filename());
+    temp_ = uniqueSibling(t->folder, target_.filename());
+#ifdef ZORVIK_HAVE_FSYNC
+    fd_ = ::open(temp_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (fd_ < 0) {
+        error_ = std::strerror(errno);
+        return;
+    }
+    ::flock(fd_, LOCK_EX);
+#else
+    std::ofstream(temp_, std::ios::binary | std::ios::trunc);
+#endif
+    ok_ = true;
+}
+
+AtomicFile::Writer::~Writer() {
+    if (!done_)
+        abandon();
+}
+
+bool AtomicFile::Writer::write(std::string_view bytes) {
+    if (!ok_)
+        return false;
+#ifdef ZORVIK_HAVE_FSYNC
+    while (!bytes.empty()) {
+        const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            error_ = std::strerror(n < 0 ? errno : EIO);
+            ok_ = false;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(n));
+    }
+#else
+    std::ofstream out(temp_, std::ios::binary | std::ios::app);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!out) {
+        error_ = "write failed";
+        ok_ = false;
+        return false;
+    }
+#endif
+    return true;
+}
+
+bool AtomicFile::Writer::commit() {
+    if (!ok_ || done_)
+        return false;
+    std::error_code ec;
+#ifdef ZORVIK_HAVE_FSYNC
+    if (::fsync(fd_) != 0) {
+        error_ = std::strerror(errno);
+        abandon();
+        return false;
+    }
+#endif
+    if (exists_)
+        fs::permissions(temp_, perms_, fs::perm_options::replace, ec);
+    fs::rename(temp_, target_, ec);
+    if (ec) {
+        error_ = ec.message();
+        abandon();
+        return false;
+    }
+    done_ = true;
+#ifdef ZORVIK_HAVE_FSYNC
+    ::close(fd_);
+    fd_ = -1;
+#endif
+    flushToDisk(target_.parent_path().empty() ? fs::path(".") : target_.parent_path(), true);
+    return true;
+}
+
+void AtomicFile::Writer::abandon() {
+    done_ = true;
+    ok_ = false;
+#ifdef ZORVIK_HAVE_FSYNC
+    if (fd_ >= 0)
+        ::close(fd_);
+    fd_ = -1;
+#endif
+    std::error_code ec;
+    if (!temp_.empty())
+        fs::remove(temp_, ec);
 }
 
 bool AtomicFile::isWritableFolder(const fs::path& folder) {

@@ -36,6 +36,40 @@ public:
     /// True when `folder` is a folder with a write permission bit in which a new file can
     /// actually be created (tried with a short-lived probe file).
     static bool isWritableFolder(const std::filesystem::path& folder);
+
+    /// A file written piece by piece and put in place in one step: until commit() the file
+    /// stays as it was (or absent), and a writer abandoned (destroyed without commit, the
+    /// program killed) leaves no trace but a scratch file, which the next save removes.
+    class Writer {
+    public:
+        /// Starts a new version of `path`; ok() is false when it may not be written (the
+        /// same rules as replace()).
+        explicit Writer(const std::filesystem::path& path);
+        ~Writer();
+        Writer(const Writer&) = delete;
+        Writer& operator=(const Writer&) = delete;
+
+        bool ok() const { return ok_; }
+        /// Appends bytes; false (and the writer no longer ok) when the system refuses them.
+        bool write(std::string_view bytes);
+        /// Makes the file safe on the disk and puts it in place; false when that fails (the
+        /// old file then stays).
+        bool commit();
+        /// The system's text for the last failure.
+        const std::string& error() const { return error_; }
+
+    private:
+        void abandon();
+
+        std::filesystem::path target_;
+        std::filesystem::path temp_;
+        std::filesystem::perms perms_ = std::filesystem::perms::unknown;
+        bool exists_ = false;
+        bool ok_ = false;
+        bool done_ = false;
+        int fd_ = -1;
+        std::string error_;
+    };
 };
 
 } // namespace zorvik

@@ -30,11 +30,14 @@ QMessageBox::Icon toQt(MsgIcon icon) {
 
 QMessageBox::StandardButton MessageBoxes::show(QWidget* parent, MsgIcon icon, const QString& title,
                                                const QString& text,
-                                               QMessageBox::StandardButtons buttons) {
+                                               QMessageBox::StandardButtons buttons,
+                                               const QString& details) {
     if (interceptor())
-        return interceptor()(MessageRecord{icon, title, text, buttons});
+        return interceptor()(MessageRecord{icon, title, text, buttons, details});
     QMessageBox box(toQt(icon), title, text, buttons, parent);
     box.setWindowModality(Qt::ApplicationModal);
+    if (!details.isEmpty())
+        box.setDetailedText(details);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 

@@ -18,6 +18,8 @@ struct MessageRecord {
     QString title;
     QString text;
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+    /// Text behind the box's "Show Details..." button; empty when the box has none.
+    QString details;
 };
 
 class MessageBoxes {
@@ -25,10 +27,12 @@ public:
     /// Answers a message box instead of showing it (tests); returns the button "pressed".
     using Interceptor = std::function<QMessageBox::StandardButton(const MessageRecord&)>;
 
-    /// Shows an application-modal box and returns the button pressed.
+    /// Shows an application-modal box and returns the button pressed. `details`, when not
+    /// empty, is offered behind the box's "Show Details..." button.
     static QMessageBox::StandardButton show(QWidget* parent, MsgIcon icon, const QString& title,
                                             const QString& text,
-                                            QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+                                            QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                            const QString& details = QString());
 
     /// Installs (or, with an empty function, removes) the interceptor.
     static void setInterceptor(Interceptor interceptor);

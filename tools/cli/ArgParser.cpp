@@ -31,24 +31,36 @@ bool parseArgs(std::span<const std::string> args, std::span<const CommandOption>
             out.help = true;
             continue;
         }
-        if (!arg.starts_with("--")) {
-            error = "unknown option " + arg;
-            return false;
-        }
-        std::string name = arg.substr(2);
+        std::string name;
         std::optional<std::string> value;
-        if (const auto eq = name.find('='); eq != std::string::npos) {
-            value = name.substr(eq + 1);
-            name.resize(eq);
-        }
         const CommandOption* option = nullptr;
-        for (const CommandOption& o : accepted) {
-            if (o.name == name)
-                option = &o;
-        }
-        if (option == nullptr) {
-            error = "unknown option --" + name;
-            return false;
+        if (!arg.starts_with("--")) {
+            // "-x" or "-xVALUE".
+            for (const CommandOption& o : accepted) {
+                if (o.letter != '\0' && o.letter == arg[1])
+                    option = &o;
+            }
+            if (option == nullptr || (arg.size() > 2 && !option->takesValue)) {
+                error = "unknown option " + arg;
+                return false;
+            }
+            name = option->name;
+            if (arg.size() > 2)
+                value = arg.substr(2);
+        } else {
+            name = arg.substr(2);
+            if (const auto eq = name.find('='); eq != std::string::npos) {
+                value = name.substr(eq + 1);
+                name.resize(eq);
+            }
+            for (const CommandOption& o : accepted) {
+                if (o.name == name)
+                    option = &o;
+            }
+            if (option == nullptr) {
+                error = "unknown option --" + name;
+                return false;
+            }
         }
         if (out.has(name)) {
             error = "option --" + name + " given twice";

@@ -11,10 +11,12 @@
 
 namespace zorvik::cli {
 
-/// An option a command accepts, named without its leading "--".
+/// An option a command accepts, named without its leading "--", and its one-letter form
+/// ('\0' for none).
 struct CommandOption {
     std::string_view name;
     bool takesValue = true;
+    char letter = '\0';
 };
 
 struct ParsedArgs {
@@ -26,10 +28,11 @@ struct ParsedArgs {
     std::optional<std::string> value(std::string_view name) const;
 };
 
-/// Parses the arguments that follow the command name. Options are written "--name value" or
-/// "--name=value"; "--help" and "-h" are always accepted; "--" ends the options, and "-"
-/// alone is a positional argument. On a mistake returns false with a one-line `error`
-/// (unknown option, missing value, value for a flag, option given twice).
+/// Parses the arguments that follow the command name. Options are written "--name value",
+/// "--name=value", or with their letter "-x value" and "-xvalue"; "--help" and "-h" are always
+/// accepted; "--" ends the options, and "-" alone is a positional argument. On a mistake
+/// returns false with a one-line `error` (unknown option, missing value, value for a flag,
+/// option given twice).
 bool parseArgs(std::span<const std::string> args, std::span<const CommandOption> accepted,
                ParsedArgs& out, std::string& error);
 

@@ -15,43 +15,54 @@ namespace zorvik::cli {
 namespace {
 
 constexpr CommandOption kOptions[] = {
-    {"port", true}, {"frames", true}, {"seconds", true}, {"format", true}, {"raw", true}};
+    {"port", true, 'p'}, {"frames", true, 'n'}, {"seconds", true, 's'}, {"format", true, 'f'},
+    {"raw", true, '\0'}, {"output", true, 'o'}, {"events", false, '\0'}};
 
 constexpr std::string_view kHelp =
-    R"(  zorvik-cli capture [--port COMn|DEVICE] [--frames N] [--seconds S]
-                     [--format jsonl|csv] [--raw FILE]
-      Opens the port as the POWER button does and prints what the receive cycle makes
-      of each read, as decode does.
-      --port COMn    only that port (COM1 to COM8), on the device the window uses for
-                     it: the one the key COMn of the section [PORTS] of the settings
+    R"(  zorvik-cli capture [-p|--port COMn|DEVICE] [-n|--frames N] [-s|--seconds S]
+                     [-f|--format jsonl|csv] [--events] [--raw FILE] [-o|--output OUT]
+      Opens the port as the POWER button does and prints the frames the receive cycle
+      accepts, as decode does, as they arrive.
+      -p, --port COMn    only that port (COM1 to COM8), on the device the window uses
+                     for it: the one the key COMn of the section [PORTS] of the settings
                      file names, otherwise COM1 /dev/ttyUSB0, COM2 /dev/ttyUSB1,
                      COM3 /dev/ttyACM0, COM4 /dev/ttyACM1, COM5 to COM8 /dev/ttyS0 to
                      /dev/ttyS3. The settings file is the window's ZORVIK.INI: beside
                      the program, or in the per-user configuration folder
                      (~/.config/zorvik) when the program's folder cannot be written.
-      --port DEVICE  any other value is a device opened directly (/dev/pts/3)
+                     Another COM number (COM9) is a usage error.
+      -p, --port DEVICE  a device opened directly (/dev/pts/3)
                      Without --port, COM1 to COM8 (mapped the same way) are probed in
                      turn where their device exists; the first that sends a byte other
                      than 0 within one second is used.
-      --frames N     stop after N accepted frames
-      --seconds S    stop after S seconds of reception (S may have decimals)
+      -n, --frames N     stop after N accepted frames
+      -s, --seconds S    stop after S seconds of reception (S may have decimals)
                      With both, whichever comes first; with neither, until Ctrl+C.
-      --raw FILE     also record the bytes exactly as the receive cycle took them, so
-                     that decode FILE prints the same lines
+      -f, --format       jsonl (the default) or csv, below
+      --events           also every read that brings no frame (JSON lines only)
+      --raw FILE         also record the bytes exactly as the receive cycle took them,
+                     so that decode FILE prints the same lines
+      -o, --output OUT   write to the file OUT instead of standard output; OUT
+                     appears, or replaces the file there, when the capture ends
       When no port answers, the port fails or a frame does not complete within three
       seconds, prints "Unable to Communicate with Instrument - Check Port Connection!"
-      on standard error and exits with status 2.
+      on standard error, then one line for each port tried saying what happened on it
+      (not present; permission denied, with the command that grants it; busy, held by
+      another program; not a serial device; no answer within 1 second), and exits with
+      status 1.
 )";
 
 int usage(const std::string& text) {
-    printError("capture: " + text + " (see zorvik-cli --help)");
-    return kExitUsage;
+    return usageError("capture", text);
 }
 
 } // namespace
 
 const Command& captureCommand() {
-    static const Command command{"capture", kOptions, kHelp, &runCapture, true};
+    static const Command command{
+        "capture", "capture", "print the frames the probe sends on a serial port",
+        kOptions,  kHelp,     &runCapture,
+        true};
     return command;
 }
 
@@ -68,6 +79,22 @@ std::optional<int> comPortNumber(std::string_view text) {
     return n;
 }
 
+namespace {
+
+/// "COM" followed by digits, in any letter case: a port name rather than a device path.
+bool looksLikePortName(std::string_view text) {
+    if (text.size() < 4)
+        return false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (i < 3 ? std::toupper(c) != "COM"[i] : !std::isdigit(c))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 int runCapture(const ParsedArgs& args) {
     if (!args.positionals.empty())
         return usage("unexpected argument " + args.positionals.front());
@@ -77,6 +104,10 @@ int runCapture(const ParsedArgs& args) {
             return usage("--port needs a port name or a device");
         if (const auto n = comPortNumber(*port))
             options.comPort = *n;
+        else if (looksLikePortName(*port))
+            return usage("unknown port " + *port +
+                         ": the ports are COM1 to COM8 (or name a "
+                         "device, such as /dev/ttyUSB0)");
         else
             options.device = *port;
     }
@@ -103,6 +134,12 @@ int runCapture(const ParsedArgs& args) {
             return usage("--raw needs a file name");
         options.rawPath = *raw;
     }
+    if (const auto output = args.value("output")) {
+        if (output->empty())
+            return usage("--output needs a file name");
+        options.outputPath = *output;
+    }
+    options.events = args.has("events");
 
     int argc = 1;
     char name[] = "zorvik-cli";
@@ -112,7 +149,11 @@ int runCapture(const ParsedArgs& args) {
     QCoreApplication::setApplicationName("zorvik");
     // A device named directly needs no port mapping, so the settings file is not read then.
     PortMap ports = options.device.empty() ? capturePortMap() : PortMap();
-    LineOutput out;
+    OutputSink out = options.outputPath.empty() ? OutputSink() : OutputSink(options.outputPath);
+    if (out.failed()) {
+        printError(options.outputPath + ": " + out.errorText());
+        return kExitFailure;
+    }
     CaptureSession session(std::move(options), std::move(ports), out);
     QObject::connect(&session, &CaptureSession::finished, &app, &QCoreApplication::exit,
                      Qt::QueuedConnection);

@@ -26,11 +26,11 @@ constexpr const char* kCommunicationError =
 
 } // namespace
 
-CaptureSession::CaptureSession(CaptureOptions options, PortMap ports, LineOutput& out,
+CaptureSession::CaptureSession(CaptureOptions options, PortMap ports, OutputSink& out,
                                QObject* parent)
     : QObject(parent), options_(std::move(options)), ports_(std::move(ports)),
       link_(serial_, ports_, [this](int n) { return comPortExists(ports_, n); }), out_(out),
-      reporter_(options_.format, out) {
+      reporter_(options_.format, options_.events, out) {
     connect(&link_, &InstrumentLink::searchFinished, this, &CaptureSession::onSearchFinished);
     connect(&link_, &InstrumentLink::received, this, &CaptureSession::onReceived);
     connect(&link_, &InstrumentLink::failed, this, &CaptureSession::onFailed);
@@ -75,9 +75,10 @@ void CaptureSession::onSearchFinished(bool answered, int /*port*/) {
     if (done_)
         return;
     if (!answered) {
-        onFailed();
+        fail(link_.lastSearch());
         return;
     }
+    started_ = true;
     if (!reporter_.start()) {
         finish(outputFailure(out_));
         return;
@@ -105,7 +106,8 @@ void CaptureSession::onReceived(const ReceiveStep& step) {
             return;
         }
     }
-    if (!reporter_.report(step.event, link_.machine())) {
+    // Each read's lines go out at once: capture is watched as it runs.
+    if (!reporter_.report(step.event, link_.machine()) || !out_.flush()) {
         finish(outputFailure(out_));
         return;
     }
@@ -114,11 +116,24 @@ void CaptureSession::onReceived(const ReceiveStep& step) {
 }
 
 void CaptureSession::onFailed() {
+    fail({link_.lastFailure()});
+}
+
+void CaptureSession::fail(std::vector<PortReport> reports) {
     if (done_)
         return;
-    std::string line = kCommunicationError;
-    line += '\n';
-    std::fputs(line.c_str(), stderr);
+    // The window's message, then why: one line for each port tried, as the message's
+    // details in the window.
+    std::string text = kCommunicationError;
+    text += '\n';
+    for (PortReport& r : reports) {
+        // A device named on the command line is no COMn.
+        if (!options_.device.empty())
+            r.port = 0;
+        text += describePort(r);
+        text += '\n';
+    }
+    std::fputs(text.c_str(), stderr);
     std::fflush(stderr);
     finish(kExitFailure);
 }
@@ -143,6 +158,17 @@ void CaptureSession::finish(int status) {
     link_.close();
     if (raw_.is_open())
         raw_.close();
+    // The frames taken so far are the capture's result, also after Ctrl+C or a port that
+    // failed later: an output file is put in place. When the probe was never reached, or the
+    // output itself failed, nothing is.
+    if (started_ && !out_.failed() && !out_.finish() && status == kExitOk) {
+        if (!options_.outputPath.empty() && !out_.closedByReader()) {
+            printError(options_.outputPath + ": " + out_.errorText());
+            status = kExitFailure;
+        } else {
+            status = outputFailure(out_);
+        }
+    }
     emit finished(status);
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "FrameReporter.h"
-#include "LineOutput.h"
+#include "OutputSink.h"
 #include "instrument/InstrumentLink.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
@@ -13,6 +13,7 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QSocketNotifier;
 
@@ -26,7 +27,9 @@ struct CaptureOptions {
     std::optional<std::int64_t> frames; ///< stop after this many accepted frames
     std::optional<double> seconds;      ///< stop after this long of reception
     OutputFormat format = OutputFormat::Jsonl;
-    std::string rawPath; ///< record the received bytes here when not empty
+    std::string rawPath;    ///< record the received bytes here when not empty
+    std::string outputPath; ///< the output goes to this file when not empty
+    bool events = false;    ///< print the reads that bring no frame too
 };
 
 /// Opens the port the way the POWER button does (the search over COM1..COM8 with the
@@ -37,7 +40,7 @@ struct CaptureOptions {
 class CaptureSession : public QObject {
     Q_OBJECT
 public:
-    CaptureSession(CaptureOptions options, PortMap ports, LineOutput& out,
+    CaptureSession(CaptureOptions options, PortMap ports, OutputSink& out,
                    QObject* parent = nullptr);
     ~CaptureSession() override;
 
@@ -51,6 +54,7 @@ private:
     void onSearchFinished(bool answered, int port);
     void onReceived(const zorvik::ReceiveStep& step);
     void onFailed();
+    void fail(std::vector<PortReport> reports);
     void onStopSignal();
     void finish(int status);
     void finishWithError(int status, const std::string& text);
@@ -59,12 +63,13 @@ private:
     PortMap ports_;
     QtSerialLink serial_;
     InstrumentLink link_;
-    LineOutput& out_;
+    OutputSink& out_;
     FrameReporter reporter_;
     std::ofstream raw_;
     QTimer limit_;
     QSocketNotifier* stopNotifier_ = nullptr;
     bool done_ = false;
+    bool started_ = false; ///< the probe answered: there is output to keep
 };
 
 } // namespace zorvik::cli

@@ -5,7 +5,8 @@
 #include "DecodeCommand.h"
 #include "ExitStatus.h"
 #include "HelpText.h"
-#include "LineOutput.h"
+#include "OutputSink.h"
+#include "PortsCommand.h"
 #include "StopSignals.h"
 #include "WdfCommand.h"
 
@@ -15,7 +16,8 @@
 namespace zorvik::cli {
 
 std::span<const Command> commands() {
-    static const std::array<Command, 3> table = {decodeCommand(), captureCommand(), wdfCommand()};
+    static const std::array<Command, 4> table = {decodeCommand(), captureCommand(), wdfCommand(),
+                                                 portsCommand()};
     return table;
 }
 
@@ -35,15 +37,25 @@ void printError(std::string_view text) {
     std::fflush(stderr);
 }
 
-int outputFailure(const LineOutput& out) {
+int usageError(std::string_view command, std::string_view text) {
+    std::string line(command);
+    line += ": ";
+    line += text;
+    line += " (see zorvik-cli ";
+    line += command;
+    line += " --help)";
+    printError(line);
+    return kExitUsage;
+}
+
+int outputFailure(const OutputSink& out) {
     // A write that a stop signal cut short is the stop, not a failure of the output.
     if (const int status = stopRequested())
         return stopFailure(status);
-    if (out.closedByReader()) {
-        printError("standard output closed (broken pipe)");
+    // The reader has gone (a pipe into head): the program ends quietly.
+    if (out.closedByReader())
         return kExitOutputClosed;
-    }
-    printError("cannot write standard output: " + out.errorText());
+    printError("cannot write the output: " + out.errorText());
     return kExitFailure;
 }
 
@@ -55,15 +67,12 @@ int stopFailure(int status) {
 namespace {
 
 int printText(const std::string& text) {
-    LineOutput out;
-    // The text ends with a line end of its own; LineOutput adds one per line.
-    std::string body = text;
-    if (!body.empty() && body.back() == '\n')
-        body.pop_back();
-    return out.writeLine(body) ? kExitOk : outputFailure(out);
+    OutputSink out;
+    out.text() += text;
+    return out.finish() ? kExitOk : outputFailure(out);
 }
 
-int usageError(std::string_view text) {
+int topLevelUsageError(std::string_view text) {
     printError(std::string(text) + " (see zorvik-cli --help)");
     return kExitUsage;
 }
@@ -72,7 +81,7 @@ int usageError(std::string_view text) {
 
 int runCommandLine(std::span<const std::string> args) {
     if (args.empty())
-        return usageError("no command given");
+        return topLevelUsageError("no command given");
     const std::string& first = args.front();
     if (first == "--help" || first == "-h" || first == "help")
         return printText(fullHelp());
@@ -81,13 +90,13 @@ int runCommandLine(std::span<const std::string> args) {
     const Command* command = findCommand(first);
     if (command == nullptr) {
         if (first.starts_with("-"))
-            return usageError("unknown option " + first);
-        return usageError("unknown command " + first);
+            return topLevelUsageError("unknown option " + first);
+        return topLevelUsageError("unknown command " + first);
     }
     ParsedArgs parsed;
     std::string error;
     if (!parseArgs(args.subspan(1), command->options, parsed, error))
-        return usageError(std::string(command->name) + ": " + error);
+        return usageError(command->name, error);
     if (parsed.help)
         return printText(commandHelp(*command));
     return command->run(parsed);

@@ -1,4 +1,4 @@
-// zorvik-cli decode: a recorded byte stream through the receive cycle, printed event by event.
+// zorvik-cli decode: a recorded byte stream through the receive cycle, its frames printed.
 #include "DecodeCommand.h"
 
 #include "ExitStatus.h"
@@ -15,63 +15,72 @@ namespace zorvik::cli {
 
 namespace {
 
-constexpr CommandOption kOptions[] = {{"format", true}};
+constexpr CommandOption kOptions[] = {
+    {"format", true, 'f'}, {"output", true, 'o'}, {"events", false, '\0'}};
 
 constexpr std::string_view kHelp =
-    R"(  zorvik-cli decode FILE [--format jsonl|csv]
+    R"(  zorvik-cli decode FILE [-f|--format jsonl|csv] [--events] [-o|--output OUT]
       Feeds the bytes recorded in FILE (a capture --raw recording, or any recording of
-      the probe's stream) through the receive cycle exactly as the live link delivers
-      them, and prints what the cycle makes of each read. Fails with status 2 when FILE
-      is missing, unreadable or empty, or holds neither a frame nor a waiting marker.
+      the probe's stream; - for standard input) through the receive cycle exactly as the
+      live link delivers them, and prints the frames it accepts.
+      -f, --format   jsonl (the default) or csv, below
+      --events       also every read that brings no frame: waiting markers, hunts,
+                     rejected and short frames (JSON lines only)
+      -o, --output   write to the file OUT instead of standard output; OUT appears, or
+                     replaces the file there, only once the whole output is written
+      Fails (status 1) when FILE is missing, unreadable or empty, or holds neither a
+      frame nor a waiting marker; the error is "zorvik-cli: FILE: why".
 )";
+
+/// "zorvik-cli: FILE: WHY" on standard error; returns the failure status.
+int fileFailure(const std::string& path, const std::string& why) {
+    printError(path + ": " + why);
+    return kExitFailure;
+}
 
 } // namespace
 
 const Command& decodeCommand() {
-    static const Command command{"decode", kOptions, kHelp, &runDecode, true};
+    static const Command command{
+        "decode",   "decode FILE", "print the frames of a recorded byte stream", kOptions, kHelp,
+        &runDecode, true};
     return command;
 }
 
 int runDecode(const ParsedArgs& args) {
-    if (args.positionals.size() != 1) {
-        printError(std::string(args.positionals.empty() ? "decode: no FILE given"
-                                                        : "decode: more than one FILE given") +
-                   " (see zorvik-cli --help)");
-        return kExitUsage;
-    }
+    if (args.positionals.size() != 1)
+        return usageError("decode",
+                          args.positionals.empty() ? "no FILE given" : "more than one FILE given");
     OutputFormat format = OutputFormat::Jsonl;
     if (const auto text = args.value("format")) {
         const auto parsed = parseOutputFormat(*text);
-        if (!parsed) {
-            printError("decode: --format must be jsonl or csv, not '" + *text +
-                       "' (see zorvik-cli --help)");
-            return kExitUsage;
-        }
+        if (!parsed)
+            return usageError("decode", "--format must be jsonl or csv, not '" + *text + "'");
         format = *parsed;
     }
+    const auto output = args.value("output");
+    if (output && output->empty())
+        return usageError("decode", "--output needs a file name");
 
     const std::string& path = args.positionals.front();
+    const bool standardInput = path == "-";
+    const std::string input = standardInput ? std::string("/dev/stdin") : path;
     std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) {
-        printError("cannot read " + path + ": " + std::strerror(EISDIR));
-        return kExitFailure;
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        printError("cannot open " + path + ": " + std::strerror(errno));
-        return kExitFailure;
-    }
+    if (std::filesystem::is_directory(input, ec))
+        return fileFailure(path, std::strerror(EISDIR));
+    std::ifstream in(input, std::ios::binary);
+    if (!in)
+        return fileFailure(path, std::strerror(errno));
     if (in.peek() == std::ifstream::traits_type::eof()) {
-        if (in.bad()) {
-            printError("cannot read " + path);
-            return kExitFailure;
-        }
-        printError(path + " is empty");
-        return kExitFailure;
+        if (in.bad())
+            return fileFailure(path, "cannot be read");
+        return fileFailure(path, "is empty");
     }
 
-    LineOutput out;
-    FrameReporter reporter(format, out);
+    OutputSink out = output ? OutputSink(*output) : OutputSink();
+    if (out.failed())
+        return fileFailure(*output, out.errorText());
+    FrameReporter reporter(format, args.has("events"), out);
     if (!reporter.start())
         return outputFailure(out);
     StreamDecoder decoder(in);
@@ -83,17 +92,26 @@ int runDecode(const ParsedArgs& args) {
 
     if (out.failed())
         return outputFailure(out);
-    if (const int status = stopRequested())
+    if (const int status = stopRequested()) {
+        // Standard output gets whole lines of what was decoded, as far as its reader takes
+        // them; a file named with --output is left as it was: the decoding is not whole.
+        if (!output)
+            out.flush();
         return stopFailure(status);
-    if (end == StreamDecoder::End::ReadError) {
-        printError("cannot read " + path + " after byte " + std::to_string(decoder.bytesRead()));
-        return kExitFailure;
     }
-    if (reporter.framesAccepted() == 0 && reporter.waitingMarkers() == 0) {
-        printError(path + " holds no probe data: no frame and no waiting marker in " +
-                   std::to_string(decoder.bytesRead()) + " bytes");
-        return kExitFailure;
-    }
+    // Standard output gets what was decoded also when the stream then fails; a file named with
+    // --output is only put in place for a stream decoded whole.
+    if (!output && !out.flush())
+        return outputFailure(out);
+    if (end == StreamDecoder::End::ReadError)
+        return fileFailure(path,
+                           "cannot be read after byte " + std::to_string(decoder.bytesRead()));
+    if (reporter.framesAccepted() == 0 && reporter.waitingMarkers() == 0)
+        return fileFailure(path, "holds no probe data: no frame and no waiting marker in " +
+                                     std::to_string(decoder.bytesRead()) + " bytes");
+    if (!out.finish())
+        return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
+                                               : outputFailure(out);
     return kExitOk;
 }
 

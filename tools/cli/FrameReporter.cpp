@@ -1,4 +1,4 @@
-// Prints what the receive cycle made of each read: events as JSON lines, or sample rows.
+// Prints what the receive cycle made of each read.
 #include "FrameReporter.h"
 
 namespace zorvik::cli {
@@ -17,20 +17,31 @@ bool FrameReporter::start() {
     return !out_.failed();
 }
 
+bool FrameReporter::reportEvent(std::string_view name) {
+    if (!events_ || format_ != OutputFormat::Jsonl)
+        return !out_.failed();
+    FrameFormatter::eventJson(out_.text(), name);
+    out_.endLine();
+    return !out_.failed();
+}
+
 bool FrameReporter::report(ReceiveEvent event, const ReceiveMachine& machine) {
-    const bool json = format_ == OutputFormat::Jsonl;
     switch (event) {
     case ReceiveEvent::Frame:
         return reportFrame(machine);
     case ReceiveEvent::Waiting:
         ++waiting_;
-        return !json || out_.writeLine(eventJson("waiting"));
+        return reportEvent("waiting");
     case ReceiveEvent::Hunt:
-        return !json || out_.writeLine(eventJson("hunt"));
+        return reportEvent("hunt");
     case ReceiveEvent::Rejected:
-        return !json || out_.writeLine(rejectedJson(machine.state));
+        if (events_ && format_ == OutputFormat::Jsonl) {
+            FrameFormatter::rejectedJson(out_.text(), machine.state);
+            out_.endLine();
+        }
+        return !out_.failed();
     case ReceiveEvent::Short:
-        return !json || out_.writeLine(eventJson("short"));
+        return reportEvent("short");
     case ReceiveEvent::Held:
     case ReceiveEvent::SyncFound:
     case ReceiveEvent::Redraw:
@@ -52,15 +63,14 @@ bool FrameReporter::reportFrame(const ReceiveMachine& machine) {
     const std::int64_t index = frames_++;
 
     if (format_ == OutputFormat::Jsonl) {
-        return out_.writeLine(frameJson(index, machine.state, machine.bytRawData, values_,
-                                        positions_, shown.sngChaVolts));
+        formatter_.frameJson(out_.text(), index, machine.state, machine.bytRawData, values_,
+                             positions_, shown.sngChaVolts);
+        out_.endLine();
+    } else {
+        formatter_.csvRows(out_, index, values_.sngSampleInterval, machine.bytRawData,
+                           shown.sngChaVolts);
     }
-    for (std::size_t i = 0; i < kSamplesPerFrame; ++i) {
-        if (!out_.writeLine(csvRow(index, static_cast<int>(i), values_.sngSampleInterval,
-                                   machine.bytRawData[i], shown.sngChaVolts[i])))
-            return false;
-    }
-    return true;
+    return !out_.failed();
 }
 
 } // namespace zorvik::cli

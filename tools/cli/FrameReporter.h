@@ -1,8 +1,9 @@
-// Prints what the receive cycle made of each read: events as JSON lines, or sample rows.
+// Prints what the receive cycle made of each read: frames as JSON lines or sample rows, and,
+// when asked for, every other outcome of a read.
 #pragma once
 
 #include "FrameText.h"
-#include "LineOutput.h"
+#include "OutputSink.h"
 #include "display/FormatDispData.h"
 #include "instrument/ReceiveMachine.h"
 
@@ -13,7 +14,7 @@
 namespace zorvik::cli {
 
 enum class OutputFormat {
-    Jsonl, ///< one JSON object per event
+    Jsonl, ///< one JSON object per line
     Csv,   ///< one row per sample of accepted frames
 };
 
@@ -26,13 +27,15 @@ std::optional<OutputFormat> parseOutputFormat(std::string_view text);
 /// the last frame gave it. Frames are numbered from 0 in the order they were accepted.
 class FrameReporter {
 public:
-    FrameReporter(OutputFormat format, LineOutput& out) : format_(format), out_(out) {}
+    /// `events`: also print, as JSON lines, the reads that bring no frame (waiting markers,
+    /// hunts, rejected and short frames).
+    FrameReporter(OutputFormat format, bool events, OutputSink& out)
+        : format_(format), events_(events), out_(out) {}
 
     /// Writes the CSV header (nothing for JSON lines); false when the output failed.
     bool start();
     /// Reports the outcome of one completed read of the receive cycle; false when the output
-    /// failed. Frames, waiting markers, hunts, rejected and short frames are printed; the
-    /// other outcomes carry nothing to report.
+    /// failed.
     bool report(ReceiveEvent event, const ReceiveMachine& machine);
 
     std::int64_t framesAccepted() const { return frames_; }
@@ -40,9 +43,12 @@ public:
 
 private:
     bool reportFrame(const ReceiveMachine& machine);
+    bool reportEvent(std::string_view name);
 
     OutputFormat format_;
-    LineOutput& out_;
+    bool events_;
+    OutputSink& out_;
+    FrameFormatter formatter_;
     AcquisitionValues values_;
     IndicatorPositions positions_;
     std::int64_t frames_ = 0;

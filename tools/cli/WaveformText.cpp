@@ -79,7 +79,7 @@ std::string waveformCsv(const LoadedWaveform& w) {
         out += std::to_string(i);
         out += ',';
         if (w.sngRefSampleInterval)
-            out += floatText(static_cast<float>(i) * *w.sngRefSampleInterval);
+            appendFloat(out, sampleTime(static_cast<int>(i), *w.sngRefSampleInterval));
         out += ',';
         out += floatText(w.sngRefVolts[i]);
     }

@@ -19,7 +19,8 @@ std::string doubleText(double value);
 std::string waveformJson(const LoadedWaveform& waveform);
 
 /// The header sample,time_s,volts and 128 rows, separated by line ends (none after the last
-/// row). time_s is sample x Tadj in single precision, empty when the file has no Tadj.
+/// row). time_s is the sample's number times Tadj's decimal value, as the nearest single
+/// (sampleTime), empty when the file has no Tadj.
 std::string waveformCsv(const LoadedWaveform& waveform);
 
 } // namespace zorvik::cli

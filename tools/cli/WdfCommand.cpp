@@ -1,14 +1,14 @@
 // zorvik-cli wdf: a Waveform Data File loaded as the window loads it, printed as JSON or CSV.
 #include "WdfCommand.h"
 
+#include "Commands.h"
 #include "ExitStatus.h"
-#include "LineOutput.h"
 #include "LoadedWaveform.h"
+#include "OutputSink.h"
 #include "StopSignals.h"
 #include "WaveformText.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -17,15 +17,15 @@ namespace zorvik::cli {
 
 namespace {
 
-constexpr CommandOption kOptions[] = {{"format", true}};
+constexpr CommandOption kOptions[] = {{"format", true, 'f'}, {"output", true, 'o'}};
 
 constexpr std::string_view kHelp =
-    R"(  zorvik-cli wdf FILE [--format json|csv]
+    R"(  zorvik-cli wdf FILE [-f|--format json|csv] [-o|--output OUT]
       Loads the Waveform Data File FILE by the rules of Open in the File window and
       prints what the load takes from it. FILE must end in "wdf" (any letter case),
       its Name must be "Zorvik" and its Reftrace1 to Reftrace7 must hold 128 numbers;
       every value is read up to 254 characters, as the window reads it.
-      --format json  (the default) one JSON object on one line, keys in this order:
+      -f, --format json  (the default) one JSON object on one line, keys in this order:
         {"Hscaleindex":I,"Vscaleindex":I,"Chaoffset":D,"Invert":L,"Reference":L,
          "bytSwitchSetting":B,"bytTriggerLvl":B,"bytTimebaseDef":B,"bytTriggerDef":B,
          "Tadj":F,"samples":[128 F]}
@@ -35,18 +35,20 @@ constexpr std::string_view kHelp =
         shortest decimal text that reads back as the same single-precision number.
         A value the file leaves out or empty is null: the window keeps its own
         value for it.
-      --format csv   the header line sample,time_s,volts and one row for each of the
-        128 samples: its index (0 to 127), time_s = sample x Tadj in single precision
-        (empty when the file has no Tadj) and the volts, numbers written as above.
-      When the load fails, prints the window's message on standard error, nothing on
-      standard output, and exits with status 2. A Name other than "Zorvik" gives the
-      two lines
-        File is not for this application!
-        Please Select a Waveform Data File (*.wdf)!
+      -f, --format csv   the header line sample,time_s,volts and one row for each of
+        the 128 samples: its index (0 to 127), its time (the index times Tadj's decimal
+        value: 0.00015 for sample 3 at 5E-05; empty when the file has no Tadj) and the
+        volts, numbers written as above.
+      -o, --output OUT   write to the file OUT instead of standard output, in one step
+      When the load fails, prints the window's messages on standard error, each after
+      "zorvik-cli: FILE: ", nothing on standard output, and exits with status 1. A Name
+      other than "Zorvik" gives the two lines
+        zorvik-cli: FILE: File is not for this application!
+        zorvik-cli: FILE: Please Select a Waveform Data File (*.wdf)!
       A file that is missing, unreadable or empty reads as such a Name; a line saying
-      why comes first. Any other failure (a name not ending in "wdf", a value that
-      does not convert, a byte above 255, fewer than 128 samples) gives the second
-      line alone.
+      why comes first ("zorvik-cli: FILE: Permission denied"). Any other failure (a
+      name not ending in "wdf", a value that does not convert, a byte above 255, fewer
+      than 128 samples) gives the second line alone.
 )";
 
 enum class WdfFormat { Json, Csv };
@@ -56,43 +58,36 @@ enum class WdfFormat { Json, Csv };
 std::string unreadableReason(const std::string& path) {
     std::error_code ec;
     if (std::filesystem::is_directory(path, ec))
-        return std::string("cannot read ") + path + ": " + std::strerror(EISDIR);
+        return std::strerror(EISDIR);
     std::ifstream in(path, std::ios::binary);
     if (!in)
-        return std::string("cannot open ") + path + ": " + std::strerror(errno);
+        return std::strerror(errno);
     if (in.peek() == std::ifstream::traits_type::eof())
-        return in.bad() ? "cannot read " + path : path + " is empty";
+        return in.bad() ? "cannot be read" : "is empty";
     return {};
-}
-
-/// One message of the window, as it shows it: the text alone on its line.
-void printMessage(const char* text) {
-    std::string line = text;
-    line += '\n';
-    std::fputs(line.c_str(), stderr);
-    std::fflush(stderr);
 }
 
 int loadFailure(const std::string& path, WaveformLoadResult result) {
     if (result == WaveformLoadResult::NotForThisApplication) {
         // The window reads the Name of a file it cannot read as empty; say why first.
         if (const std::string reason = unreadableReason(path); !reason.empty())
-            printError(reason);
-        printMessage(WaveformFile::kNotForThisApplicationText);
+            printError(path + ": " + reason);
+        printError(path + ": " + WaveformFile::kNotForThisApplicationText);
     }
-    printMessage(WaveformFile::kLoadErrorText);
+    printError(path + ": " + WaveformFile::kLoadErrorText);
     return kExitFailure;
 }
 
 int usage(const std::string& text) {
-    printError("wdf: " + text + " (see zorvik-cli --help)");
-    return kExitUsage;
+    return usageError("wdf", text);
 }
 
 } // namespace
 
 const Command& wdfCommand() {
-    static const Command command{"wdf", kOptions, kHelp, &runWdf, false};
+    static const Command command{"wdf",    "wdf FILE", "print what a Waveform Data File holds",
+                                 kOptions, kHelp,      &runWdf,
+                                 false};
     return command;
 }
 
@@ -114,10 +109,19 @@ int runWdf(const ParsedArgs& args) {
     if (const int status = stopRequested())
         return stopFailure(status);
 
+    const auto output = args.value("output");
+    if (output && output->empty())
+        return usage("--output needs a file name");
     // The whole text goes out in one write: a reader sees all of it or none.
-    LineOutput out;
-    if (!out.writeLine(format == WdfFormat::Json ? waveformJson(loaded) : waveformCsv(loaded)))
+    OutputSink out = output ? OutputSink(*output) : OutputSink();
+    out.writeLine(format == WdfFormat::Json ? waveformJson(loaded) : waveformCsv(loaded));
+    if (!out.finish()) {
+        if (output && !out.closedByReader()) {
+            printError(*output + ": " + out.errorText());
+            return kExitFailure;
+        }
         return outputFailure(out);
+    }
     return kExitOk;
 }
 

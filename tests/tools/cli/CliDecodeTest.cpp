@@ -33,19 +33,44 @@ TEST(CliHelp, VersionPrintsProgramNameAndProjectVersion) {
     EXPECT_TRUE(r.err.isEmpty());
 }
 
-TEST(CliHelp, HelpShowsEveryCommandOptionOutputAndExitStatus) {
+// The overview fits a screen: each command on one line, then where the rest is.
+TEST(CliHelp, HelpListsEachCommandOnOneLineAndFitsAScreen) {
     const CliResult r = runCli({"--help"});
     ASSERT_TRUE(r.finished);
     EXPECT_EQ(r.exitCode, 0);
     EXPECT_TRUE(r.err.isEmpty());
-    for (const char* text : {"zorvik-cli decode FILE [--format jsonl|csv]",
-                             "zorvik-cli capture [--port COMn|DEVICE] [--frames N] [--seconds S]",
-                             "[--format jsonl|csv] [--raw FILE]",
-                             "--port COMn",
-                             "--port DEVICE",
-                             "--frames N",
-                             "--seconds S",
+    const QList<QByteArray> lines = r.lines();
+    EXPECT_LE(lines.size(), 24);
+    for (const QByteArray& line : lines)
+        EXPECT_LE(line.size(), 90) << line.toStdString();
+    for (const char* text :
+         {"Usage: zorvik-cli COMMAND [OPTIONS] [FILE]",
+          "  decode FILE       print the frames of a recorded byte stream",
+          "  capture           print the frames the probe sends on a serial port",
+          "  wdf FILE          print what a Waveform Data File holds",
+          "  ports             list COM1 to COM8 and the serial devices present",
+          "Run \"zorvik-cli COMMAND --help\" for a command's options and output.",
+          "Exit status: 0 done, 1 failed, 2 usage error"})
+        EXPECT_TRUE(r.out.contains(text)) << text;
+    EXPECT_EQ(runCli({"-h"}).out, r.out);
+    EXPECT_EQ(runCli({"help"}).out, r.out);
+}
+
+TEST(CliHelp, CommandHelpShowsItsOptionsOutputAndExitStatus) {
+    const CliResult r = runCli({"capture", "--help"});
+    ASSERT_TRUE(r.finished);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.err.isEmpty());
+    for (const char* text : {"zorvik-cli capture [-p|--port COMn|DEVICE] [-n|--frames N] "
+                             "[-s|--seconds S]",
+                             "[-f|--format jsonl|csv] [--events] [--raw FILE] [-o|--output OUT]",
+                             "-p, --port COMn",
+                             "-p, --port DEVICE",
+                             "-n, --frames N",
+                             "-s, --seconds S",
                              "--raw FILE",
+                             "--events",
+                             "-o, --output OUT",
                              R"({"event":"frame","index":N,"bytSwitchSetting":B,)",
                              R"({"event":"waiting"})",
                              R"({"event":"hunt"})",
@@ -54,12 +79,13 @@ TEST(CliHelp, HelpShowsEveryCommandOptionOutputAndExitStatus) {
                              "frame,sample,time_s,count,volts",
                              "N counts the accepted frames from 0",
                              "0    done",
-                             "1    usage error",
-                             "2    a file could not be read",
+                             "1    failed",
+                             "2    usage error",
                              "130  interrupted",
-                             "141  standard output closed",
+                             "141  the output was closed by its reader",
                              "143  terminated",
-                             "Unable to Communicate with Instrument - Check Port Connection!"})
+                             "Unable to Communicate with Instrument - Check Port Connection!",
+                             "permission denied"})
         EXPECT_TRUE(r.out.contains(text)) << text;
 }
 
@@ -67,9 +93,11 @@ TEST(CliHelp, CommandHelpShowsThatCommandOnly) {
     const CliResult r = runCli({"decode", "--help"});
     ASSERT_TRUE(r.finished);
     EXPECT_EQ(r.exitCode, 0);
-    EXPECT_TRUE(r.out.startsWith("Usage:\n  zorvik-cli decode FILE [--format jsonl|csv]\n"));
+    EXPECT_TRUE(r.out.startsWith(
+        "Usage:\n  zorvik-cli decode FILE [-f|--format jsonl|csv] [--events] [-o|--output OUT]\n"));
     EXPECT_FALSE(r.out.contains("zorvik-cli capture"));
     EXPECT_TRUE(r.out.contains("frame,sample,time_s,count,volts"));
+    EXPECT_EQ(runCli({"decode", "-h"}).out, r.out);
 }
 
 TEST(CliDecode, AcceptedFrameLineHasStateBytesDecodedValuesAndPositionsInOrder) {
@@ -176,7 +204,7 @@ TEST(CliDecode, FramesAreCountedFromZeroInTheOrderTheyWereAccepted) {
                                frame(sampleState(), 1),
                                {0x01, 0x02},
                                frame(sampleState(), 2)});
-    const CliResult r = decode(stream);
+    const CliResult r = decode(stream, {"--events"});
     ASSERT_EQ(r.exitCode, 0);
     const QList<QByteArray> lines = r.lines();
     ASSERT_EQ(lines.size(), 5);

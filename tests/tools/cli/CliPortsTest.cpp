@@ -142,9 +142,9 @@ TEST(CliPorts, ComPortTheSectionLeavesEmptyKeepsItsDefaultDevice) {
     folder.writeSettings("[PORTS]\r\nCOM2=\r\nCOM3=" + feeder.path().toUtf8() + "\r\n");
     const CliResult r = folder.run({"capture", "--port", "COM2", "--frames", "1"});
     ASSERT_TRUE(r.finished);
-    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_EQ(r.exitCode, kFailureStatus);
     EXPECT_TRUE(r.out.isEmpty());
-    EXPECT_EQ(r.err, kCommunicationError);
+    EXPECT_EQ(r.err, kCommunicationError + "COM2 (/dev/ttyUSB1): not present\n");
     const CliResult com3 = folder.run({"capture", "--port", "COM3", "--frames", "1"});
     EXPECT_EQ(com3.exitCode, 0);
     EXPECT_EQ(frameCount(com3), 1);

@@ -57,9 +57,10 @@ TEST(CliWithVirtualProbe, CaptureOf100FramesAsCsvShowsTheProbesDcLevel) {
     for (int frameIndex = 0; frameIndex < 100; ++frameIndex) {
         for (int sample = 0; sample < 128; ++sample) {
             const QByteArray& row = lines[1 + frameIndex * 128 + sample];
-            const QByteArray expected =
-                QByteArray::number(frameIndex) + "," + QByteArray::number(sample) + "," +
-                shortest(static_cast<float>(sample) * 5e-5f) + "," + count + "," + shortest(volts);
+            const QByteArray expected = QByteArray::number(frameIndex) + "," +
+                                        QByteArray::number(sample) + "," +
+                                        shortest(static_cast<float>(sample * 0.00005)) + "," +
+                                        count + "," + shortest(volts);
             ASSERT_EQ(row, expected);
         }
     }
@@ -83,7 +84,7 @@ TEST(CliWithVirtualProbe, DecodeOfAStreamWithDroppedBytesShowsTheFramesTheWindow
     ASSERT_GT(bytes.size(), 50 * 139);
     const Bytes stream(bytes.begin(), bytes.end());
 
-    const CliResult r = runCli({"decode", sent});
+    const CliResult r = runCli({"decode", sent, "--events"});
     ASSERT_EQ(r.exitCode, 0);
     QList<QByteArray> shown;
     for (const QByteArray& line : r.lines()) {

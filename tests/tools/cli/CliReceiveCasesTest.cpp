@@ -10,10 +10,11 @@ using namespace zorvik::test;
 
 namespace {
 
+/// decode --events: every read's outcome, one line each.
 CliResult decode(const Bytes& stream, QStringList extra = {}) {
     QTemporaryDir dir;
     const QString path = writeFile(dir, "stream.bin", stream);
-    return runCli(QStringList{"decode", path} + extra);
+    return runCli(QStringList{"decode", path, "--events"} + extra);
 }
 
 int countOf(const QList<QByteArray>& lines, const QByteArray& line) {
@@ -23,6 +24,27 @@ int countOf(const QList<QByteArray>& lines, const QByteArray& line) {
 const QByteArray kHunt = R"({"event":"hunt"})";
 
 } // namespace
+
+// Without --events only the frames are printed: the rejected frame, the hunts and the waiting
+// markers of the same stream leave no line.
+TEST(CliReceiveCases, WithoutEventsOnlyTheFramesArePrinted) {
+    QTemporaryDir dir;
+    const Bytes stream = join({{0x7D, 0x7D},
+                               {0x01},
+                               frame(sampleState(), 0),
+                               frame(sampleState(), 1),
+                               frame(sampleState(), 2)});
+    const CliResult r = runCli({"decode", writeFile(dir, "stream.bin", stream)});
+    ASSERT_EQ(r.exitCode, 0);
+    const QList<QByteArray> lines = r.lines();
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines[0].startsWith(R"({"event":"frame","index":0,)"));
+    EXPECT_EQ(arrayItems(lines[0], "raw")[0], "2");
+    // The same with --events: the waiting marker, the rejected frame, 69 hunts, the frame.
+    const CliResult all = decode(stream);
+    ASSERT_EQ(all.lines().size(), 72);
+    EXPECT_EQ(all.lines()[71], lines[0]);
+}
 
 TEST(CliReceiveCases, WaitingMarkerPrintsWaitingAndTheNextFrameFollows) {
     const CliResult r = decode(join({{0x7D, 0x7D}, {0x7D, 0x7D}, frame(sampleState(), 5)}));
@@ -86,7 +108,7 @@ TEST(CliReceiveCases, FrameWithSwitchSetting0x7DAfterASyncInSecondPlaceIsRejecte
                             R"("bytTriggerDef":64,"bytTriggerLvl":16,"bytDVM100":1,"bytDVM10":2,)"
                             R"("bytDVM1":3,"bytDVMflags":4})");
     // Nothing but a rejected frame: no frame and no waiting marker, so no probe data.
-    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_EQ(r.exitCode, kFailureStatus);
 }
 
 TEST(CliReceiveCases, SyncFollowedBy0x7DIsAWaitingMarkerNeverAFrame) {

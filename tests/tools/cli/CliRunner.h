@@ -145,6 +145,11 @@ inline QByteArray shortest(float value) {
     return QByteArray(buffer, static_cast<qsizetype>(r.ptr - buffer));
 }
 
+/// Exit statuses shared by zorvik-cli and zorvik-probe: 1 when the work failed (a file, a
+/// port, the probe), 2 for a wrong command line.
+inline constexpr int kFailureStatus = 1;
+inline constexpr int kUsageStatus = 2;
+
 /// The line zorvik-cli prints when the probe cannot be reached.
 inline const QByteArray kCommunicationError =
     "Unable to Communicate with Instrument - Check Port Connection!\n";

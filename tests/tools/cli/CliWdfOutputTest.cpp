@@ -65,12 +65,12 @@ TEST(CliWdf, FileSavedByTheProgramPrintsCsvRowsOfSampleTimeAndVolts) {
     EXPECT_EQ(lines[1], "0,0,4.920633");
     EXPECT_EQ(lines[2], "1,5e-05,0");
     EXPECT_EQ(lines[3], "2,1e-04,-4.920633");
-    EXPECT_EQ(lines[4], "3,0.00014999999,0.1587301");
+    EXPECT_EQ(lines[4], "3,0.00015,0.1587301");
     EXPECT_EQ(lines[128], "127,0.00635,0.1587301");
     for (int i = 0; i < 128; ++i) {
-        // time_s is sample x Tadj in single precision, written as its shortest text.
+        // time_s is the sample's number times Tadj's decimal value, as the nearest single.
         EXPECT_EQ(lines[1 + i], QByteArray::number(i) + ',' +
-                                    shortest(static_cast<float>(i) * 5e-05f) + ',' +
+                                    shortest(static_cast<float>(i * 0.00005)) + ',' +
                                     kPatternVolts[i % 4]);
     }
 }
@@ -159,23 +159,25 @@ TEST(CliWdf, EmptyOrMissingTadjPrintsNullAndLeavesTheCsvTimesEmpty) {
 TEST(CliWdf, HelpDescribesTheCommandAndBothFormats) {
     const CliResult full = runCli({"--help"});
     ASSERT_EQ(full.exitCode, 0);
-    EXPECT_TRUE(full.out.contains("  zorvik-cli wdf FILE [--format json|csv]\n"));
+    EXPECT_TRUE(full.out.contains("  wdf FILE          print what a Waveform Data File holds\n"));
     const CliResult r = runCli({"wdf", "--help"});
     ASSERT_TRUE(r.finished);
     EXPECT_EQ(r.exitCode, 0);
-    EXPECT_TRUE(r.out.startsWith("Usage:\n  zorvik-cli wdf FILE [--format json|csv]\n"));
+    EXPECT_TRUE(r.out.startsWith(
+        "Usage:\n  zorvik-cli wdf FILE [-f|--format json|csv] [-o|--output OUT]\n"));
     for (const char* text :
          {R"({"Hscaleindex":I,"Vscaleindex":I,"Chaoffset":D,"Invert":L,"Reference":L,)",
           R"("bytSwitchSetting":B,"bytTriggerLvl":B,"bytTimebaseDef":B,"bytTriggerDef":B,)",
           R"("Tadj":F,"samples":[128 F]})", "sample,time_s,volts",
           "File is not for this application!", "Please Select a Waveform Data File (*.wdf)!",
-          "2    a file could not be read"})
+          "1    failed: a file could not be read",
+          "zorvik-cli: FILE: File is not for this application!"})
         EXPECT_TRUE(r.out.contains(text)) << text;
     // The frame output of decode and capture is not part of it.
     EXPECT_FALSE(r.out.contains("frame,sample,time_s,count,volts"));
 }
 
-TEST(CliWdf, UsageErrorsExitWithStatus1) {
+TEST(CliWdf, UsageErrorsExitWithStatus2) {
     QTemporaryDir dir;
     const QString path = dir.filePath("bench.wdf");
     ASSERT_TRUE(saveProgramFile(path));
@@ -183,18 +185,20 @@ TEST(CliWdf, UsageErrorsExitWithStatus1) {
         QStringList args;
         QByteArray err;
     } cases[] = {
-        {{"wdf"}, "zorvik-cli: wdf: no FILE given (see zorvik-cli --help)\n"},
+        {{"wdf"}, "zorvik-cli: wdf: no FILE given (see zorvik-cli wdf --help)\n"},
         {{"wdf", path, path},
-         "zorvik-cli: wdf: more than one FILE given (see zorvik-cli --help)\n"},
+         "zorvik-cli: wdf: more than one FILE given (see zorvik-cli wdf --help)\n"},
         {{"wdf", path, "--format", "jsonl"},
-         "zorvik-cli: wdf: --format must be json or csv, not 'jsonl' (see zorvik-cli --help)\n"},
+         "zorvik-cli: wdf: --format must be json or csv, not 'jsonl' (see zorvik-cli wdf "
+         "--help)\n"},
         {{"wdf", path, "--frames", "2"},
-         "zorvik-cli: wdf: unknown option --frames "
-         "(see zorvik-cli --help)\n"},
+         "zorvik-cli: wdf: unknown option --frames (see zorvik-cli wdf --help)\n"},
+        {{"wdf", path, "-n", "2"},
+         "zorvik-cli: wdf: unknown option -n (see zorvik-cli wdf --help)\n"},
     };
     for (const auto& c : cases) {
         const CliResult r = runCli(c.args);
-        EXPECT_EQ(r.exitCode, 1) << c.args.join(' ').toStdString();
+        EXPECT_EQ(r.exitCode, kUsageStatus) << c.args.join(' ').toStdString();
         EXPECT_TRUE(r.out.isEmpty());
         EXPECT_EQ(r.err, c.err);
     }
