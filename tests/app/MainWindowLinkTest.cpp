@@ -54,6 +54,59 @@ TEST_F(MainWindowLink, PowerWithNoPortsShowsTheMessageAndSwitchesBackOff) {
     EXPECT_FALSE(w.blnLiveData);
     EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
     EXPECT_EQ(w.sbrComPort->text(), "Com: ");
+    // Behind "Show Details...": what happened on each of COM1 to COM8.
+    EXPECT_EQ(messages[0].details, "COM1 (/fake/com1): not present\n"
+                                   "COM2 (/fake/com2): not present\n"
+                                   "COM3 (/fake/com3): not present\n"
+                                   "COM4 (/fake/com4): not present\n"
+                                   "COM5 (/fake/com5): not present\n"
+                                   "COM6 (/fake/com6): not present\n"
+                                   "COM7 (/fake/com7): not present\n"
+                                   "COM8 (/fake/com8): not present\n");
+}
+
+// The message's details say, for each port tried, what happened on it.
+TEST_F(MainWindowLink, TheMessagesDetailsSayWhatHappenedOnEachPort) {
+    fake.openable.insert(device(3));
+    PortReport denied;
+    denied.outcome = PortOutcome::PermissionDenied;
+    denied.detail = "dialout";
+    fake.failures[device(1)] = denied;
+    PortReport busy;
+    busy.outcome = PortOutcome::Busy;
+    busy.detail = "minicom (process 4711)";
+    fake.failures[device(2)] = busy;
+    PortReport notSerial;
+    notSerial.outcome = PortOutcome::NotASerialDevice;
+    fake.failures[device(4)] = notSerial;
+    frmMain& w = start({1, 2, 3, 4});
+    w.CWBPwr->setValue(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
+    fake.timeOut(); // COM3 opens but does not answer
+    ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 4000));
+    EXPECT_EQ(messages[0].title, "Communication Error");
+    EXPECT_EQ(messages[0].text, kText);
+    EXPECT_EQ(messages[0].buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    EXPECT_EQ(messages[0].details,
+              "COM1 (/fake/com1): permission denied. Only members of the group dialout may open "
+              "it; add yourself with sudo usermod -aG dialout $USER, then log out and in again\n"
+              "COM2 (/fake/com2): busy: held by minicom (process 4711)\n"
+              "COM3 (/fake/com3): no answer within 1 second (is the probe connected and "
+              "switched on?)\n"
+              "COM4 (/fake/com4): not a serial device\n"
+              "COM5 (/fake/com5): not present\n"
+              "COM6 (/fake/com6): not present\n"
+              "COM7 (/fake/com7): not present\n"
+              "COM8 (/fake/com8): not present\n");
+}
+
+// A port that fails while frames come in: the details name it and what happened.
+TEST_F(MainWindowLink, APortErrorWhileRunningSaysWhatFailedInTheDetails) {
+    running();
+    fake.fail();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 2000));
+    EXPECT_EQ(messages[0].text, kText);
+    EXPECT_EQ(messages[0].details, "COM1 (/fake/com1): the port failed: device gone\n");
 }
 
 TEST_F(MainWindowLink, LampIsYellowWhileSearchingThenOutWhenNoInstrumentAnswers) {

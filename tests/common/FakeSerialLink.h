@@ -3,6 +3,7 @@
 
 #include "instrument/SerialLink.h"
 
+#include <QMap>
 #include <QMetaObject>
 #include <QSet>
 #include <QStringList>
@@ -22,6 +23,7 @@ public:
 
     bool open(const QString& device) override {
         calls << "open " + device;
+        device_ = device;
         if (!openable.contains(device))
             return false;
         open_ = true;
@@ -58,6 +60,14 @@ public:
     }
     bool readPending() const override { return pending_ > 0; }
     QString errorString() const override { return "fake failure"; }
+    /// Why an open failed, by device (devices not named here: "could not be opened: fake
+    /// failure").
+    QMap<QString, PortReport> failures;
+    PortReport openFailure() const override {
+        if (failures.contains(device_))
+            return failures.value(device_);
+        return SerialLink::openFailure();
+    }
 
     /// Bytes arrive on the line.
     void feed(const QByteArray& bytes) {

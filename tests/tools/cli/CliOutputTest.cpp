@@ -2,6 +2,7 @@
 // when its output is closed or it is interrupted.
 #include "CliRunner.h"
 
+#include <QDir>
 #include <QFile>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -255,4 +256,67 @@ TEST(CliEnding, InterruptWhileTheReaderStallsEndsWithStatus130AndWholeLines) {
     EXPECT_LT(lines.size(), 2000);
     for (const QByteArray& line : lines)
         EXPECT_TRUE(line.startsWith(R"({"event":"frame",)") && line.endsWith("]}"));
+}
+
+namespace {
+
+QByteArray fileBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+} // namespace
+
+// -o FILE: the same lines as on standard output, in the file, and nothing on standard output.
+TEST(CliOutputFile, DecodeWritesTheFileAndNothingElse) {
+    QTemporaryDir dir;
+    const QString stream = writeFile(dir, "stream.bin", manyFrames(5));
+    const CliResult shown = runCli({"decode", stream, "-f", "csv"});
+    const QString out = dir.filePath("frames.csv");
+    const CliResult r = runCli({"decode", stream, "-f", "csv", "-o", out});
+    ASSERT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.isEmpty());
+    EXPECT_TRUE(r.err.isEmpty());
+    EXPECT_EQ(fileBytes(out), shown.out);
+    EXPECT_EQ(runCli({"decode", stream, "--output", out}).exitCode, 0);
+    EXPECT_EQ(fileBytes(out), runCli({"decode", stream}).out);
+    // Nothing else is left in the folder.
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList({"frames.csv", "stream.bin"}));
+}
+
+// A decoding that fails leaves the file that was there as it was.
+TEST(CliOutputFile, AFailedDecodeLeavesTheOldFile) {
+    QTemporaryDir dir;
+    const QString out = dir.filePath("frames.jsonl");
+    ASSERT_EQ(runCli({"decode", writeFile(dir, "good.bin", manyFrames(2)), "-o", out}).exitCode, 0);
+    const QByteArray before = fileBytes(out);
+    ASSERT_FALSE(before.isEmpty());
+    const CliResult r = runCli({"decode", writeFile(dir, "noise.bin", {1, 2, 3, 4, 5}), "-o", out});
+    EXPECT_EQ(r.exitCode, kFailureStatus);
+    EXPECT_EQ(fileBytes(out), before);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList({"frames.jsonl", "good.bin", "noise.bin"}));
+}
+
+TEST(CliOutputFile, AFileThatCannotBeWrittenIsAFailureSayingSo) {
+    QTemporaryDir dir;
+    const QString stream = writeFile(dir, "stream.bin", manyFrames(1));
+    const QString out = dir.filePath("missing/frames.jsonl");
+    const CliResult r = runCli({"decode", stream, "-o", out});
+    EXPECT_EQ(r.exitCode, kFailureStatus);
+    EXPECT_TRUE(r.out.isEmpty());
+    EXPECT_EQ(r.err, "zorvik-cli: " + out.toUtf8() +
+                         ": cannot be written (a read-only file or folder, or no such folder)\n");
+}
+
+TEST(CliOutputFile, WdfWritesItsObjectToTheFile) {
+    QTemporaryDir dir;
+    const QString wdf = dir.filePath("trace.wdf");
+    QFile::copy(QStringLiteral(ZORVIK_TEST_DATA "/wdf/windows-style.wdf"), wdf);
+    const QString out = dir.filePath("trace.json");
+    const CliResult r = runCli({"wdf", wdf, "-o", out});
+    ASSERT_EQ(r.exitCode, 0);
+    EXPECT_TRUE(r.out.isEmpty());
+    EXPECT_EQ(fileBytes(out), runCli({"wdf", wdf}).out);
 }

@@ -7,8 +7,12 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcessEnvironment>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace zorvik;
 using namespace zorvik::test;
@@ -148,4 +152,74 @@ TEST(CliPorts, ComPortTheSectionLeavesEmptyKeepsItsDefaultDevice) {
     const CliResult com3 = folder.run({"capture", "--port", "COM3", "--frames", "1"});
     EXPECT_EQ(com3.exitCode, 0);
     EXPECT_EQ(frameCount(com3), 1);
+}
+
+namespace {
+
+QJsonObject portsJson(const CliResult& r) {
+    return QJsonDocument::fromJson(r.out).object();
+}
+
+} // namespace
+
+// zorvik-cli ports: COM1 to COM8 with their devices, as the PORTS section maps them.
+TEST(CliPortsCommand, ListsTheEightPortsWithTheDeviceEachNamesAndWhetherItIsThere) {
+    PtyPair pty;
+    ASSERT_TRUE(pty.ok());
+    ProgramFolder folder;
+    ASSERT_TRUE(folder.ok());
+    const QByteArray device = QByteArray::fromStdString(pty.path());
+    folder.writeSettings("[PORTS]\r\nCOM2=" + device + "\r\nCOM3=/nonexistent/zorvik-tty\r\n");
+
+    const CliResult table = folder.run({"ports"});
+    ASSERT_EQ(table.exitCode, 0);
+    EXPECT_TRUE(table.err.isEmpty());
+    const QList<QByteArray> lines = table.lines();
+    ASSERT_GE(lines.size(), 9);
+    EXPECT_TRUE(lines[0].startsWith("PORT  DEVICE"));
+    EXPECT_TRUE(lines[0].endsWith("PRESENT  ACCESS  SYSTEM"));
+    EXPECT_TRUE(lines[2].startsWith("COM2  " + device));
+    EXPECT_TRUE(lines[2].simplified().endsWith(device + " yes yes (from [PORTS])"))
+        << lines[2].toStdString();
+    EXPECT_TRUE(lines[3].simplified() == "COM3 /nonexistent/zorvik-tty no - (from [PORTS])")
+        << lines[3].toStdString();
+    EXPECT_TRUE(lines[4].startsWith("COM4  /dev/ttyACM1"));
+
+    const CliResult json = folder.run({"ports", "--format", "json"});
+    ASSERT_EQ(json.exitCode, 0);
+    EXPECT_EQ(json.lines().size(), 1);
+    const QJsonObject o = portsJson(json);
+    EXPECT_EQ(o["settings"].toString(), folder.filePath("ZORVIK.INI"));
+    const QJsonArray ports = o["ports"].toArray();
+    ASSERT_EQ(ports.size(), 8);
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(ports[i].toObject()["port"].toString(), QString("COM%1").arg(i + 1));
+    const QJsonObject com2 = ports[1].toObject();
+    EXPECT_EQ(com2["device"].toString(), QString::fromUtf8(device));
+    EXPECT_TRUE(com2["mapped"].toBool());
+    EXPECT_TRUE(com2["present"].toBool());
+    EXPECT_TRUE(com2["access"].toBool());
+    EXPECT_TRUE(com2["vid"].isNull());
+    const QJsonObject com3 = ports[2].toObject();
+    EXPECT_FALSE(com3["present"].toBool());
+    EXPECT_FALSE(com3["access"].toBool());
+    EXPECT_EQ(ports[3].toObject()["device"].toString(), "/dev/ttyACM1");
+    EXPECT_FALSE(ports[3].toObject()["mapped"].toBool());
+    EXPECT_TRUE(o["others"].isArray());
+    EXPECT_EQ(folder.run({"ports", "-f", "json"}).out, json.out);
+}
+
+// A device that is there but that this user may not open shows "no" under ACCESS.
+TEST(CliPortsCommand, ADeviceThisUserMayNotOpenIsPresentWithoutAccess) {
+    PtyPair pty;
+    ASSERT_TRUE(pty.ok());
+    ASSERT_EQ(::chmod(pty.path().c_str(), 0), 0);
+    const QByteArray device = QByteArray::fromStdString(pty.path());
+    const CliResult r =
+        runCliUnprivileged({"ports", "-f", "json"}, 20000, "[PORTS]\r\nCOM1=" + device + "\r\n");
+    ASSERT_EQ(r.exitCode, 0) << r.err.toStdString();
+    const QJsonObject com1 = portsJson(r)["ports"].toArray()[0].toObject();
+    EXPECT_EQ(com1["device"].toString(), QString::fromUtf8(device));
+    EXPECT_TRUE(com1["present"].toBool());
+    EXPECT_FALSE(com1["access"].toBool());
 }

@@ -74,8 +74,11 @@ inline CliResult finishCli(QProcess& process, int deadlineMs = 20000,
 /// as the administrator (for whom file permissions do not hold), as the test's user otherwise.
 /// The copy lies in a folder any user can reach, and runs there, so where the checkout lies
 /// does not matter.
-inline CliResult runCliUnprivileged(const QStringList& args, int deadlineMs = 20000) {
+inline CliResult runCliUnprivileged(const QStringList& args, int deadlineMs = 20000,
+                                    const QByteArray& settings = {}) {
     ProgramCopy copy(QStringLiteral(ZORVIK_CLI));
+    if (!settings.isEmpty())
+        copy.writeSettings(settings);
     QProcess process;
     process.setProgram(copy.program());
     process.setArguments(args);
