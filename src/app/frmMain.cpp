@@ -2,6 +2,7 @@
 #include "app/frmMain.h"
 
 #include "dialogs/OptionsHost.h"
+#include "instrument/PortInventory.h"
 #include "printing/PrintingServices.h"
 #include "support/ElasticWidgetForm.h"
 #include "support/Twips.h"
@@ -226,10 +227,23 @@ QString frmMain::helpFile() const {
 
 QList<SerialPortRow> frmMain::serialPortRows() const {
     QList<SerialPortRow> rows;
-    for (int n = kFirstComPort; n <= kLastComPort; ++n) {
-        const QString device = QString::fromStdString(services_.ports->devicePath(n));
-        rows.append({QString::fromStdString(PortMap::portName(n)), device,
-                     ComPortExists(static_cast<std::int16_t>(n))});
+    for (const PortEntry& e : portInventory(*services_.ports)) {
+        SerialPortRow row;
+        row.devicePath = QString::fromStdString(e.device);
+        row.system = QString::fromStdString(usbSummary(e));
+        row.accessible = e.accessible;
+        if (e.port > 0) {
+            row.comName = QString::fromStdString(PortMap::portName(e.port));
+            row.exists = ComPortExists(static_cast<std::int16_t>(e.port));
+            if (e.mapped)
+                row.system = row.system.isEmpty() ? "(from [PORTS])" : row.system + " (from [PORTS])";
+        } else {
+            row.exists = e.present;
+            if (!e.portsLine.empty())
+                row.system += QString(row.system.isEmpty() ? "" : "; ") + "add " +
+                              QString::fromStdString(e.portsLine) + " to [PORTS]";
+        }
+        rows.append(row);
     }
     return rows;
 }

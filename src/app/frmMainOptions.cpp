@@ -3,6 +3,7 @@
 
 #include "dialogs/OptionsHost.h"
 #include "dialogs/frmOptions.h"
+#include "instrument/PortInventory.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
 
@@ -18,6 +19,15 @@ public:
 
     bool ComPortExists(int n) const override {
         return w_.ComPortExists(static_cast<std::int16_t>(n));
+    }
+    QString portDescription(int n) const override {
+        for (const PortEntry& e : portInventory(w_.ports())) {
+            if (e.port != n)
+                continue;
+            const std::string system = usbSummary(e);
+            return QString::fromStdString(system.empty() ? e.device : e.device + ": " + system);
+        }
+        return {};
     }
     std::int16_t ComPort() const override { return w_.ComPort; }
     void setComPort(std::int16_t n) override { w_.ComPort = n; }

@@ -18,6 +18,9 @@ public:
 
     /// True when port COMn (n from 1 to 8) exists on this system; nothing is opened.
     virtual bool ComPortExists(int n) const = 0;
+    /// What the port list's tool tip says of COMn: its device and what the system knows of
+    /// it ("/dev/ttyUSB0: FT232R USB UART, FTDI, serial A9012345, 0403:6001").
+    virtual QString portDescription(int n) const = 0;
     /// `ComPort`: the number (1 to 8) of the port the link uses.
     virtual std::int16_t ComPort() const = 0;
     /// Sets `ComPort`. The dialog calls it only when Apply (or OK) applies the user's choice.

@@ -104,8 +104,12 @@ void frmOptions::Form_Load() {
 
     cboComPort->clear();
     for (int n = kFirstComPort; n <= kLastComPort; ++n) {
-        if (host_->ComPortExists(n))
+        if (host_->ComPortExists(n)) {
+            // The entry keeps its text; its tool tip names the device behind it.
             cboComPort->addItem(QString::fromStdString(portListText(n)));
+            cboComPort->setItemData(cboComPort->count() - 1, host_->portDescription(n),
+                                    Qt::ToolTipRole);
+        }
     }
 
     // The entry is picked by its place in the list, which is the port's only while every

@@ -64,10 +64,22 @@ QString SystemInfoDialog::composeReport(const SystemFacts& facts,
     qsizetype deviceWidth = 6;
     for (const SerialPortRow& row : ports)
         deviceWidth = std::max(deviceWidth, row.devicePath.size());
-    lines << "  " + padded("Port", 7) + padded("Device", deviceWidth + 2) + "Present";
-    for (const SerialPortRow& row : ports)
-        lines << "  " + padded(row.comName, 7) + padded(row.devicePath, deviceWidth + 2) +
-                     (row.exists ? "yes" : "no");
+    const QString header =
+        "  " + padded("Port", 7) + padded("Device", deviceWidth + 2) + "Present  Access  System";
+    lines << header;
+    bool others = false;
+    for (const SerialPortRow& row : ports) {
+        if (row.comName.isEmpty() && !others) {
+            others = true;
+            lines << QString() << "Other serial devices" << header;
+        }
+        QString line = "  " + padded(row.comName, 7) + padded(row.devicePath, deviceWidth + 2) +
+                       padded(row.exists ? "yes" : "no", 9) +
+                       padded(row.exists ? (row.accessible ? "yes" : "no") : "-", 8) + row.system;
+        while (line.endsWith(' '))
+            line.chop(1);
+        lines << line;
+    }
     return lines.join('\n');
 }
 

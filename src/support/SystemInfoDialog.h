@@ -11,12 +11,15 @@ class QPushButton;
 
 namespace zorvik {
 
-/// One serial port as the program sees it: its COM name, the device it maps to and whether
-/// that device is present.
+/// One serial port as the program sees it: its COM name (empty for a device no COM name
+/// stands for), the device, whether the device is present and may be opened by this user, and
+/// what the system knows of it (a USB adapter's description, maker, serial number, VID:PID).
 struct SerialPortRow {
     QString comName;
     QString devicePath;
     bool exists = false;
+    bool accessible = false;
+    QString system;
 };
 
 /// Facts about the computer the program runs on.

@@ -31,6 +31,10 @@ public:
     std::map<QString, QColor> colors;
     std::map<QString, QColor> defaults;
 
+    QString portDescription(int n) const override {
+        return QString("/dev/ttyFAKE%1: Fake USB UART, Zorvik, serial Z%1, 0403:6001").arg(n);
+    }
+
     FakeOptionsHost() {
         const char* names[] = {"Cursor1",  "Cursor2", "Cursor3", "Cursor4",
                                "PlotArea", "CHa",     "Ref"};

@@ -48,6 +48,20 @@ TEST(frmOptionsPort, FormLoadListsEveryExistingPortAsComSpaceNumber) {
     EXPECT_TRUE(rig.host.log.isEmpty());
 }
 
+// Each entry keeps its text; its tool tip names the device behind it and what the system
+// knows of it.
+TEST(frmOptionsPort, EachEntrysToolTipNamesItsDeviceAndDescription) {
+    OptionsRig rig;
+    rig.host.exists = {false, false, true, false, false, false, false, true, false};
+    frmOptions& dialog = rig.open();
+    auto* list = control<QComboBox>(dialog, "cboComPort");
+    ASSERT_EQ(entries(dialog), QStringList({"COM 2", "COM 7"}));
+    EXPECT_EQ(list->itemData(0, Qt::ToolTipRole).toString(),
+              "/dev/ttyFAKE2: Fake USB UART, Zorvik, serial Z2, 0403:6001");
+    EXPECT_EQ(list->itemData(1, Qt::ToolTipRole).toString(),
+              "/dev/ttyFAKE7: Fake USB UART, Zorvik, serial Z7, 0403:6001");
+}
+
 TEST(frmOptionsPort, OnlyCom3PresentWithComPort3GivesOneEntryAndSelectsNothing) {
     OptionsRig rig;
     rig.host.exists[3] = true;

@@ -26,7 +26,10 @@ SystemFacts facts() {
 
 TEST(SystemInfoReport, ListsTheSystemAndEverySerialPort) {
     const QString report = SystemInfoDialog::composeReport(
-        facts(), {{"COM1", "/dev/ttyUSB0", true}, {"COM3", "/dev/ttyACM0", false}});
+        facts(), {{"COM1", "/dev/ttyUSB0", true, true, "FT232R USB UART, FTDI, 0403:6001"},
+                  {"COM2", "/dev/ttyUSB1", true, false, ""},
+                  {"COM3", "/dev/ttyACM0", false, false, ""},
+                  {"", "/dev/ttyUSB2", true, true, "CP2102, 10c4:ea60; add COM3=/dev/ttyUSB2"}});
     EXPECT_EQ(report, "Program           Zorvik 1.1.1\n"
                       "Operating system  Debian GNU/Linux 12 (bookworm)\n"
                       "OS version        12\n"
@@ -35,9 +38,15 @@ TEST(SystemInfoReport, ListsTheSystemAndEverySerialPort) {
                       "Qt version        6.4.2\n"
                       "\n"
                       "Serial ports\n"
-                      "  Port   Device        Present\n"
-                      "  COM1   /dev/ttyUSB0  yes\n"
-                      "  COM3   /dev/ttyACM0  no");
+                      "  Port   Device        Present  Access  System\n"
+                      "  COM1   /dev/ttyUSB0  yes      yes     FT232R USB UART, FTDI, 0403:6001\n"
+                      "  COM2   /dev/ttyUSB1  yes      no\n"
+                      "  COM3   /dev/ttyACM0  no       -\n"
+                      "\n"
+                      "Other serial devices\n"
+                      "  Port   Device        Present  Access  System\n"
+                      "         /dev/ttyUSB2  yes      yes     CP2102, 10c4:ea60; add "
+                      "COM3=/dev/ttyUSB2");
 }
 
 TEST(SystemInfoReport, SaysSoWhenNoPortIsMapped) {
