@@ -2,6 +2,8 @@
 #   MODE=render:  PAGE renders with man(1) without a single warning.
 #   MODE=options: every option PROGRAM --help lists is described in the OPTIONS section of
 #                 PAGE, and every option that section describes is one PROGRAM --help lists.
+#                 A program whose --help lists commands (a line "  NAME  what it does" under
+#                 "Commands:") has its help read from PROGRAM NAME --help for each too.
 # Arguments: MODE, PAGE, and PROGRAM (for MODE=options).
 cmake_minimum_required(VERSION 3.25)
 if(MODE STREQUAL "render")
@@ -38,6 +40,21 @@ execute_process(COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen "${PRO
                 RESULT_VARIABLE result OUTPUT_VARIABLE help ERROR_VARIABLE help_errors)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "${PROGRAM} --help failed (${result}):\n${help}${help_errors}")
+endif()
+# The commands the overview lists, each with help of its own.
+string(FIND "${help}" "\nCommands:\n" commands_at)
+if(NOT commands_at EQUAL -1)
+    string(SUBSTRING "${help}" ${commands_at} -1 commands_text)
+    string(REGEX MATCHALL "\n  [a-z]+" commands "${commands_text}")
+    foreach(command IN LISTS commands)
+        string(STRIP "${command}" command)
+        execute_process(COMMAND "${PROGRAM}" ${command} --help
+                        RESULT_VARIABLE result OUTPUT_VARIABLE command_help)
+        if(NOT result EQUAL 0)
+            message(FATAL_ERROR "${PROGRAM} ${command} --help failed (${result})")
+        endif()
+        string(APPEND help "${command_help}")
+    endforeach()
 endif()
 long_options("${help}" help_options)
 if(NOT help_options)

@@ -16,7 +16,8 @@ Commands:
 
 constexpr std::string_view kOutro =
     R"(
-Run "zorvik-cli COMMAND --help" for a command's options and output.
+Run "zorvik-cli COMMAND --help" for a command's options and output, and
+"zorvik-cli --version" for the version.
 Exit status: 0 done, 1 failed, 2 usage error (zorvik-cli COMMAND --help has the rest).
 )";
 

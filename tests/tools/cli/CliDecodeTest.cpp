@@ -49,7 +49,8 @@ TEST(CliHelp, HelpListsEachCommandOnOneLineAndFitsAScreen) {
           "  capture           print the frames the probe sends on a serial port",
           "  wdf FILE          print what a Waveform Data File holds",
           "  ports             list COM1 to COM8 and the serial devices present",
-          "Run \"zorvik-cli COMMAND --help\" for a command's options and output.",
+          "Run \"zorvik-cli COMMAND --help\" for a command's options and output, and\n"
+          "\"zorvik-cli --version\" for the version.",
           "Exit status: 0 done, 1 failed, 2 usage error"})
         EXPECT_TRUE(r.out.contains(text)) << text;
     EXPECT_EQ(runCli({"-h"}).out, r.out);
