@@ -184,7 +184,7 @@ icon_cache_current() { # refreshed when gtk-update-icon-cache is installed, else
         return 0
     fi
     grep -q -a 'com\.zorvik\.Zorvik' "$cache" ||
-        { echo "$cache lacks com.zorvik.Zorvik"; return 1; }
+        { echo "$cache lacks com.zorvik.zorvik"; return 1; }
 }
 help_installed() { [ -f "$root/usr/lib/zorvik/Help/index.html" ]; }
 purge_removes_all() {
@@ -192,7 +192,7 @@ purge_removes_all() {
     echo "[SETTINGS]" >"$root/usr/lib/zorvik/ZORVIK.INI"
     in_root apt-get purge -y -qq zorvik >/dev/null 2>&1 || return 1
     for path in usr/lib/zorvik usr/bin/zorvik usr/bin/zorvik-probe usr/bin/zorvik-cli \
-        usr/share/applications/com.zorvik.Zorvik.desktop; do
+        usr/share/applications/com.zorvik.zorvik.desktop; do
         if [ -e "$root/$path" ] || [ -L "$root/$path" ]; then echo "left: /$path"; return 1; fi
     done
     ! grep zorvik "$root/usr/share/mime/globs"

@@ -9,12 +9,18 @@ file(WRITE "${WORK}/TRACE.WDF" "${wdf}")
 file(WRITE "${WORK}/empty.wdf" "")
 file(WRITE "${WORK}/saved trace" "${wdf}")
 file(WRITE "${WORK}/notes.txt" "[APPLICATION]\r\nName=Other\r\n")
+# Written by hand: comment lines before the section, no extension.
+string(REPEAT "; a comment line of a waveform written by hand\r\n" 60 comments)
+file(WRITE "${WORK}/bench trace" "${comments}${wdf}")
+# The section only after the first 4 KiB: plain text.
+string(REPEAT "; a comment line of a waveform written by hand\r\n" 100 long_comments)
+file(WRITE "${WORK}/late section" "${long_comments}${wdf}")
 file(MAKE_DIRECTORY "${WORK}/data-home")
 
-set(files trace.wdf TRACE.WDF empty.wdf "saved trace" notes.txt)
+set(files trace.wdf TRACE.WDF empty.wdf "saved trace" notes.txt "bench trace" "late section")
 set(expected
     "application/x-zorvik-wdf\napplication/x-zorvik-wdf\napplication/x-zorvik-wdf\n"
-    "application/x-zorvik-wdf\ntext/plain\n")
+    "application/x-zorvik-wdf\ntext/plain\napplication/x-zorvik-wdf\ntext/plain\n")
 string(CONCAT expected ${expected})
 
 execute_process(

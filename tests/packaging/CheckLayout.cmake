@@ -87,34 +87,40 @@ elseif(CHECK STREQUAL "help")
     endif()
 
 elseif(CHECK STREQUAL "desktop")
-    set(desktop "${usr}/share/applications/com.zorvik.Zorvik.desktop")
+    set(desktop "${usr}/share/applications/com.zorvik.zorvik.desktop")
     expect_file("${desktop}")
     expect_line("${desktop}" "Type=Application")
     expect_line("${desktop}" "Name=Zorvik")
     expect_line("${desktop}" "Exec=zorvik %f")
-    expect_line("${desktop}" "Icon=com.zorvik.Zorvik")
+    expect_line("${desktop}" "Icon=com.zorvik.zorvik")
     expect_line("${desktop}" "MimeType=application/x-zorvik-wdf;")
     expect_line("${desktop}" "Terminal=false")
 
-    set(metainfo "${usr}/share/metainfo/com.zorvik.Zorvik.metainfo.xml")
+    set(metainfo "${usr}/share/metainfo/com.zorvik.zorvik.metainfo.xml")
     expect_file("${metainfo}")
-    expect_contains("${metainfo}" "<id>com.zorvik.Zorvik</id>")
+    expect_contains("${metainfo}" "<id>com.zorvik.zorvik</id>")
     expect_contains("${metainfo}"
-                    "<launchable type=\"desktop-id\">com.zorvik.Zorvik.desktop</launchable>")
+                    "<launchable type=\"desktop-id\">com.zorvik.zorvik.desktop</launchable>")
     expect_contains("${metainfo}" "<mediatype>application/x-zorvik-wdf</mediatype>")
     expect_contains("${metainfo}" "<release version=\"${ZORVIK_VERSION}\"")
+    expect_contains("${metainfo}" "<project_license>LicenseRef-proprietary</project_license>")
+    expect_contains("${metainfo}" "<url type=\"homepage\">https://")
+    expect_contains("${metainfo}" "<url type=\"bugtracker\">https://")
+    expect_contains("${metainfo}" "<screenshot type=\"default\">")
+    expect_contains("${metainfo}" "<content_rating type=\"oars-1.1\"")
 
-    set(mime "${usr}/share/mime/packages/com.zorvik.Zorvik.xml")
+    set(mime "${usr}/share/mime/packages/com.zorvik.zorvik.xml")
     expect_file("${mime}")
     expect_contains("${mime}" "<mime-type type=\"application/x-zorvik-wdf\">")
     expect_contains("${mime}" "<glob pattern=\"*.wdf\"/>")
     expect_contains("${mime}" "<glob pattern=\"*.WDF\"/>")
+    expect_contains("${mime}" "<match type=\"string\" value=\"[APPLICATION]\" offset=\"0:4096\"/>")
 
     set(icons "${usr}/share/icons/hicolor")
-    expect_file("${icons}/scalable/apps/com.zorvik.Zorvik.svg")
-    expect_contains("${icons}/scalable/apps/com.zorvik.Zorvik.svg" "<svg")
+    expect_file("${icons}/scalable/apps/com.zorvik.zorvik.svg")
+    expect_contains("${icons}/scalable/apps/com.zorvik.zorvik.svg" "<svg")
     foreach(size 16 32 48 64 128 256)
-        set(png "${icons}/${size}x${size}/apps/com.zorvik.Zorvik.png")
+        set(png "${icons}/${size}x${size}/apps/com.zorvik.zorvik.png")
         expect_file("${png}")
         if(NOT EXISTS "${png}")
             continue()
@@ -142,13 +148,13 @@ elseif(CHECK STREQUAL "everything")
     # The complete list of installed files: nothing outside /usr, nothing unexpected (test
     # programs, libraries, headers), nothing missing. The manual's pages are counted apart.
     set(expected
-        usr/share/applications/com.zorvik.Zorvik.desktop
-        usr/share/metainfo/com.zorvik.Zorvik.metainfo.xml
-        usr/share/mime/packages/com.zorvik.Zorvik.xml
-        usr/share/icons/hicolor/scalable/apps/com.zorvik.Zorvik.svg
+        usr/share/applications/com.zorvik.zorvik.desktop
+        usr/share/metainfo/com.zorvik.zorvik.metainfo.xml
+        usr/share/mime/packages/com.zorvik.zorvik.xml
+        usr/share/icons/hicolor/scalable/apps/com.zorvik.zorvik.svg
         usr/share/doc/zorvik/copyright)
     foreach(size 16 32 48 64 128 256)
-        list(APPEND expected usr/share/icons/hicolor/${size}x${size}/apps/com.zorvik.Zorvik.png)
+        list(APPEND expected usr/share/icons/hicolor/${size}x${size}/apps/com.zorvik.zorvik.png)
     endforeach()
     foreach(program IN LISTS PROGRAMS)
         list(APPEND expected usr/lib/zorvik/${program} usr/bin/${program}
