@@ -34,12 +34,28 @@ TEST_F(TitleBars, TheMainWindowReadsZorvik) {
     EXPECT_EQ(awaitTitleBarText(&w), "Zorvik");
 }
 
-TEST_F(TitleBars, TheCommunicationErrorBoxReadsItsTitleOnly) {
+TEST_F(TitleBars, TheCommunicationErrorBoxReadsItsTitleOnlyAndOffersItsDetails) {
     frmMain& w = start();
-    readAndClose("Communication Error");
+    QString details;
+    QStringList buttons;
+    whenShown("Communication Error", [&](QWidget* w) {
+        seen["Communication Error"] = awaitTitleBarText(w);
+        auto* box = qobject_cast<QMessageBox*>(w);
+        if (box) {
+            details = box->detailedText();
+            for (QAbstractButton* b : box->buttons())
+                buttons << b->text();
+        }
+        w->close();
+    });
     w.CWBPwr->setValue(true); // no port is present: the search fails at once
     ASSERT_TRUE(QTest::qWaitFor([&] { return seen.count("Communication Error") == 1; }, 10000));
     EXPECT_EQ(seen["Communication Error"], "Communication Error");
+    // OK, and the button that shows why each port failed.
+    EXPECT_TRUE(buttons.contains("OK")) << buttons.join('|').toStdString();
+    EXPECT_TRUE(buttons.contains("Show Details...")) << buttons.join('|').toStdString();
+    EXPECT_TRUE(details.startsWith("COM1 (")) << details.toStdString();
+    EXPECT_EQ(details.count('\n'), 8);
 }
 
 TEST_F(TitleBars, TheTwoLoadMessagesReadTheirTitlesOnly) {
