@@ -17,6 +17,7 @@
 #include <system_error>
 
 #ifdef ZORVIK_HAVE_VIRTUAL_PROBE
+#include "probe/DemoTour.h"
 #include "probe/PtyProbe.h"
 #endif
 
@@ -59,7 +60,10 @@ int main(int argc, char** argv) {
     std::unique_ptr<PtyProbe> probe;
     if (parser.isSet(demo)) {
         try {
-            probe = std::make_unique<PtyProbe>(ProbeStream(ProbeSettings{}));
+            // The tour of DemoTour.h: at the start-up knob positions the first trace after
+            // POWER already fills most of the graph, and the signal then changes every few
+            // seconds so that every part of the panel has something to show.
+            probe = std::make_unique<PtyProbe>(ProbeStream(demoSettings(0), demoStreamOptions()));
             probe->start();
             ports.setDevice(1, probe->devicePath());
         } catch (const std::system_error& e) {

@@ -2,16 +2,20 @@
 // end.
 #include "app/MainWindowFixture.h"
 #include "instrument/QtSerialLink.h"
+#include "probe/DemoTour.h"
 #include "probe/PtyProbe.h"
 #include "widgets/IndicatorSlide.h"
+#include "widgets/Knob.h"
 #include "widgets/Led.h"
 #include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 
 using namespace zorvik;
@@ -196,3 +200,29 @@ TEST_F(MainWindowProbe, StreamingAtTheLineRateShowsEveryFrameAndPrintsTheLongest
     // The stall is a printed figure, not a pass mark.
     EXPECT_GE(frames, 30);
 }
+
+namespace {
+
+// zorvik --demo: POWER at the start-up positions, and the first picture is a clear trace
+// across most of the graph, with the probe's real settings in the status bar.
+TEST_F(MainWindowProbe, TheDemosFirstPictureIsAClearTraceAtTheStartUpPositions) {
+    serve(ProbeStream(demoSettings(0), demoStreamOptions()));
+    frmMain& w = startReal({1});
+    ASSERT_EQ(w.CWKTimeRange->value(), 3); // 1 us/div
+    ASSERT_EQ(w.CWKChaLvl->value(), 1);    // 20 V/div
+    ASSERT_TRUE(powerOn(w));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.CWGraph1->plotData("CHa").y.size() == 128; }, 5000));
+    const ScopeGraph::PlotData d = w.CWGraph1->plotData("CHa");
+    // 128 samples 50 ns apart: 6.35 of the 10 divisions from the left edge.
+    EXPECT_EQ(d.x.front(), 0.0);
+    EXPECT_NEAR(d.x.back(), 6.35, 1e-6);
+    const auto [low, high] = std::minmax_element(d.y.begin(), d.y.end());
+    EXPECT_GE(*high - *low, 2.0);
+    EXPECT_LE(*high, 4.0);
+    EXPECT_GE(*low, -4.0);
+    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 20Ms/s");
+    EXPECT_EQ(w.CWSRange->value(), 1);   // "100"
+    EXPECT_EQ(w.CWSTrigger->value(), 2); // "IN+"
+}
+
+} // namespace

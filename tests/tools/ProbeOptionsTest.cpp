@@ -1,5 +1,6 @@
 // Tests of zorvik-probe's command line: what each option sets, the errors and the help text.
 #include "probe/ProbeOptions.h"
+#include "probe/DemoTour.h"
 
 #include <gtest/gtest.h>
 #include <sstream>
@@ -23,7 +24,7 @@ std::string errorOf(const std::vector<std::string>& args) {
 
 } // namespace
 
-TEST(ProbeOptions, NoArgumentsGiveTheDemoSetUp) {
+TEST(ProbeOptions, NoArgumentsGiveThePlainSineOfOneKilohertz) {
     const auto c = parsed({});
     EXPECT_EQ(c.settings.signal.shape, Shape::Sine);
     EXPECT_EQ(c.settings.signal.frequency, 1000.0);
@@ -201,4 +202,18 @@ TEST(ProbeOptions, HelpListsEveryOptionWithItsDefault) {
     EXPECT_NE(help.find("(default: 0x04)"), std::string::npos);
     EXPECT_NE(help.find("(default: in+)"), std::string::npos);
     EXPECT_NE(help.find("(default: 1920 bytes/s)"), std::string::npos);
+}
+
+TEST(ProbeOptions, TourPlaysTheDemonstrationAndExcludesTheSignalOptions) {
+    const auto tour = parseProbeCommand({"--tour", "--unpaced"});
+    ASSERT_TRUE(tour.command) << tour.error;
+    ASSERT_TRUE(tour.command->stream.program);
+    EXPECT_EQ(tour.command->settings, demoSettings(0));
+    EXPECT_EQ(tour.command->stream.program(3 * kDemoStepFrames), demoSettings(3 * kDemoStepFrames));
+    EXPECT_FALSE(tour.command->paced);
+    const auto both = parseProbeCommand({"--tour", "--shape", "square"});
+    EXPECT_FALSE(both.command);
+    EXPECT_EQ(both.error, "--tour and --shape exclude each other");
+    EXPECT_FALSE(parseProbeCommand({"--tour=1"}).command);
+    EXPECT_NE(probeHelpText().find("--tour"), std::string::npos);
 }

@@ -46,6 +46,14 @@ std::array<std::uint8_t, kFrameBytes> buildFrame(const HardwareState& state,
 FrameGenerator::FrameGenerator(const ProbeSettings& settings, std::uint64_t seed)
     : m_settings(settings), m_waveform(settings.signal, settings.coupling), m_random(seed),
       m_sampleInterval(settings.sampleInterval()), m_level(settings.triggerVolts()) {
+    setSettings(settings);
+}
+
+void FrameGenerator::setSettings(const ProbeSettings& settings) {
+    m_settings = settings;
+    m_waveform = Waveform(settings.signal, settings.coupling);
+    m_sampleInterval = settings.sampleInterval();
+    m_level = settings.triggerVolts();
     const auto dvm = settings.dvm.value_or(voltmeterBytes(m_waveform.mean(), settings.range));
     m_state = HardwareState{settings.switchSetting(),
                             settings.timebase,

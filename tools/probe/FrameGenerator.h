@@ -46,6 +46,8 @@ public:
     explicit FrameGenerator(const ProbeSettings& settings = {}, std::uint64_t seed = 1);
 
     const ProbeSettings& settings() const { return m_settings; }
+    /// Changes the signal and the switches from the next frame on; the probe's clock runs on.
+    void setSettings(const ProbeSettings& settings);
     const Waveform& waveform() const { return m_waveform; }
     /// The settings and voltmeter bytes that every frame carries.
     const HardwareState& hardwareState() const { return m_state; }

@@ -1,6 +1,8 @@
 // Parsing and checking of zorvik-probe's command line, and its help text.
 #include "probe/ProbeOptions.h"
 
+#include "probe/DemoTour.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -39,6 +41,9 @@ constexpr OptionInfo kOptions[] = {
     {"--garbage-every", "K", "the K of --garbage (default: 1)"},
     {"--garbage-only", "", "send random bytes only (default: off)"},
     {"--disconnect-after", "N", "remove the device after N frames (default: never)"},
+    {"--tour", "",
+     "play the tour of zorvik --demo: sine, square, triangle and more on the 100 V range at "
+     "20Ms/s, changing every 5 s (default: off)"},
     {"--replay", "FILE", "send the bytes of FILE instead of frames (default: none)"},
     {"--loop", "", "with --replay: repeat the file without end (default: off)"},
     {"--frames", "N", "stop after N frames (default: run until interrupted)"},
@@ -215,6 +220,8 @@ ProbeCommandResult parseProbeCommand(const std::vector<std::string>& args) {
                 command.stream.garbageOnly = true;
             else if (arg == "--loop")
                 command.loop = true;
+            else if (arg == "--tour")
+                command.stream.program = demoSettings;
             else if (arg == "--help")
                 command.help = true;
             else if (arg == "--version")
@@ -238,6 +245,15 @@ ProbeCommandResult parseProbeCommand(const std::vector<std::string>& args) {
         return {command, {}};
     if (given("--loop") && !given("--replay"))
         return {std::nullopt, "--loop needs --replay"};
+    if (given("--tour")) {
+        for (const char* signal :
+             {"--shape", "--freq", "--amplitude", "--offset", "--range", "--coupling", "--timebase",
+              "--trigger", "--level", "--dvm", "--replay", "--garbage-only"}) {
+            if (given(signal))
+                return {std::nullopt, "--tour and " + std::string(signal) + " exclude each other"};
+        }
+        command.settings = demoSettings(0);
+    }
     if (given("--garbage-only") && given("--replay"))
         return {std::nullopt, "--garbage-only and --replay exclude each other"};
     if (given("--stall-ms") && !given("--stall-after"))

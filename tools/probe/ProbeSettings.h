@@ -32,9 +32,11 @@ struct SignalSettings {
     double frequency = 1000.0; ///< Hz
     double amplitude = 1.0;    ///< V, peak
     double offset = 0.0;       ///< V
+    bool operator==(const SignalSettings&) const = default;
 };
 
-/// The probe's complete set-up. The defaults are what `zorvik --demo` shows.
+/// The probe's complete set-up, by default a 1 kHz sine of 1 V at 20Ks/s on the 10 V range
+/// (zorvik-probe without options). `zorvik --demo` plays the tour of DemoTour.h instead.
 struct ProbeSettings {
     SignalSettings signal;
     std::uint8_t range = 0x04; ///< 0x00 (1 V), 0x04 (10 V) or 0x08 (100 V)
@@ -45,6 +47,8 @@ struct ProbeSettings {
     /// Voltmeter bytes to send as they stand (bytDVM100, bytDVM10, bytDVM1, bytDVMflags);
     /// empty: the probe fills them with its reading of the input (see voltmeterBytes).
     std::optional<std::array<std::uint8_t, 4>> dvm;
+
+    bool operator==(const ProbeSettings&) const = default;
 
     /// The switch byte: range bits OR coupling bits (0x00 GND, 0x10 AC, 0x20 DC).
     std::uint8_t switchSetting() const;

@@ -135,6 +135,11 @@ void ProbeStream::produceFramePeriod() {
                 m_pending.push_back(std::move(marker));
             }
         }
+        if (m_options.program) {
+            const ProbeSettings wanted = m_options.program(period);
+            if (!(wanted == m_generator.settings()))
+                m_generator.setSettings(wanted);
+        }
         auto bytes = m_generator.next();
         const bool frame = bytes.size() == kFrameBytes;
         if (!frame)

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <random>
 #include <vector>
@@ -40,6 +41,9 @@ struct StreamOptions {
     bool garbageOnly = false;
     /// Disconnect after this many frame periods.
     std::optional<std::uint64_t> disconnectAfter;
+    /// The settings for each frame period, for a probe whose signal or switches change as it
+    /// runs (the demonstration tour); empty: the settings the stream was made with, always.
+    std::function<ProbeSettings(std::uint64_t period)> program;
 };
 
 /// A piece of the schedule.
