@@ -139,6 +139,7 @@ void frmMain::settleStartupPlacement() {
 
 void frmMain::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
+
     if (!startupPlacement_ || frameWatch_)
         return;
     // The frame arrives without an event of its own when the window manager keeps the client
@@ -166,6 +167,12 @@ void frmMain::resizeEvent(QResizeEvent* event) {
 
 void frmMain::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
+    // The first key a user presses goes to POWER, where every session begins.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !shownOnce_) {
+        shownOnce_ = true;
+        if (!focusWidget())
+            CWBPwr->setFocus(Qt::ActiveWindowFocusReason);
+    }
     if (event->type() == QEvent::WindowStateChange)
         Form_Resize();
 }
@@ -236,7 +243,8 @@ QList<SerialPortRow> frmMain::serialPortRows() const {
             row.comName = QString::fromStdString(PortMap::portName(e.port));
             row.exists = ComPortExists(static_cast<std::int16_t>(e.port));
             if (e.mapped)
-                row.system = row.system.isEmpty() ? "(from [PORTS])" : row.system + " (from [PORTS])";
+                row.system =
+                    row.system.isEmpty() ? "(from [PORTS])" : row.system + " (from [PORTS])";
         } else {
             row.exists = e.present;
             if (!e.portsLine.empty())

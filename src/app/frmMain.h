@@ -232,7 +232,8 @@ private:
     bool inErrorPath_ = false;
     bool fileFormOpen_ = false;     ///< the File window that FILE opened is open
     bool startupPlacement_ = false; ///< the start-up size waits for the window manager's frame
-    QPointer<QTimer> frameWatch_;   ///< looks for that frame after the window shows
+    bool shownOnce_ = false;
+    QPointer<QTimer> frameWatch_; ///< looks for that frame after the window shows
 };
 
 } // namespace zorvik

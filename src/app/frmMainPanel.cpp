@@ -199,6 +199,13 @@ void frmMain::buildPanel() {
     CWBPwr = place(new LitButton("POWER", LitButton::Mode::Toggle, fraStatus), "CWBPwr", "POWER",
                    {8, 14, 66, 54});
     CWBPwr->setLampVisible(false);
+    // Where a new user starts: the tool tip says what POWER does, and the button has the
+    // keyboard focus when the window opens, so Space switches the probe on too.
+    const QString powerHint =
+        "Switch the probe on: Zorvik looks for it on COM1 to COM8 (the lamp is yellow), then "
+        "shows its live trace (the lamp is green). Press again to switch off.";
+    CWBPwr->setToolTip(powerHint);
+    CWBPwr->setAccessibleDescription(powerHint);
     CWBPwrLed = place(new Led(fraStatus), "CWBPwrLed", "POWER lamp", {80, 29, 24, 24});
     auto* fraStore = frame(panel, "fraStore", QString(), {678, 6, 112, 78});
     CWBStoreRef = place(new LitButton("STORE", LitButton::Mode::Toggle, fraStore), "CWBStoreRef",

@@ -10,6 +10,7 @@
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QFile>
@@ -245,4 +246,14 @@ TEST_F(MainWindowStartup, ClosingWithThePrintPreviewOpenClosesItToo) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !preview || !preview->isVisible(); }, 5000));
     EXPECT_FALSE(w.isVisible());
     EXPECT_TRUE(QFile::exists(settingsPath()));
+}
+
+// A new user's first question is where to begin: POWER says what it does (the focus it has
+// when the window opens is checked on a real desktop, tests/desktop).
+TEST_F(MainWindowStartup, PowerSaysWhatItDoes) {
+    frmMain& w = start();
+    EXPECT_EQ(w.CWBPwr->toolTip(),
+              "Switch the probe on: Zorvik looks for it on COM1 to COM8 (the lamp is yellow), "
+              "then shows its live trace (the lamp is green). Press again to switch off.");
+    EXPECT_EQ(w.CWBPwr->accessibleDescription(), w.CWBPwr->toolTip());
 }
