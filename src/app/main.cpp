@@ -58,12 +58,14 @@ int main(int argc, char** argv) {
     // A demo run serves a virtual probe on a pseudo-terminal and maps COM1 to it for this run
     // only; nothing of it reaches the settings file.
     std::unique_ptr<PtyProbe> probe;
+    const auto tour = std::make_shared<DemoTour>();
     if (parser.isSet(demo)) {
         try {
             // The tour of DemoTour.h: at the start-up knob positions the first trace after
             // POWER already fills most of the graph, and the signal then changes every few
             // seconds so that every part of the panel has something to show.
-            probe = std::make_unique<PtyProbe>(ProbeStream(demoSettings(0), demoStreamOptions()));
+            probe = std::make_unique<PtyProbe>(
+                ProbeStream(demoSettings(0), DemoTour::streamOptions(tour)));
             probe->start();
             ports.setDevice(1, probe->devicePath());
         } catch (const std::system_error& e) {
@@ -86,6 +88,17 @@ int main(int argc, char** argv) {
     frmMain window(services);
     window.Form_Load();
     window.show();
+
+#ifdef ZORVIK_HAVE_VIRTUAL_PROBE
+    // Each time POWER finds the demo probe, its tour starts again from the still sine.
+    if (probe) {
+        QObject::connect(&window.link(), &InstrumentLink::searchFinished, &window,
+                         [tour](bool answered, int) {
+                             if (answered)
+                                 tour->restart();
+                         });
+    }
+#endif
 
     // The system asks the program to end (SIGTERM, SIGHUP, SIGINT, the session ending): the
     // window closes as when the user closes it, so the port is closed and the settings file

@@ -81,3 +81,18 @@ TEST(DemoTour, TheTourBeginsWithAStillSineAndStartsAgainAfterItsLastStep) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(DemoTour, ARestartPlaysTheFirstStepAgainFromTheNextFramePeriod) {
+    auto tour = std::make_shared<DemoTour>();
+    StreamOptions options = DemoTour::streamOptions(tour);
+    const std::uint64_t square = 2 * kDemoStepFrames;
+    EXPECT_EQ(options.program(square).signal.shape, Shape::Square);
+    tour->restart();
+    EXPECT_EQ(options.program(square + 1), demoSettings(0));
+    EXPECT_EQ(options.program(square + 2), demoSettings(1));
+    EXPECT_EQ(options.program(square + 1 + 2 * kDemoStepFrames).signal.shape, Shape::Square);
+}
+
+} // namespace

@@ -68,4 +68,16 @@ StreamOptions demoStreamOptions() {
     return o;
 }
 
+StreamOptions DemoTour::streamOptions(const std::shared_ptr<DemoTour>& tour) {
+    StreamOptions o;
+    o.program = [tour](std::uint64_t period) { return tour->settingsFor(period); };
+    return o;
+}
+
+ProbeSettings DemoTour::settingsFor(std::uint64_t period) {
+    if (restart_.exchange(false))
+        origin_ = period;
+    return demoSettings(period - origin_);
+}
+
 } // namespace zorvik

@@ -6,7 +6,9 @@
 #include "probe/ProbeSettings.h"
 #include "probe/ProbeStream.h"
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 
 namespace zorvik {
 
@@ -35,5 +37,22 @@ ProbeSettings demoSettings(std::uint64_t period);
 
 /// A stream that plays the tour without end, frame period by frame period.
 StreamOptions demoStreamOptions();
+
+/// The tour with a restart: `zorvik --demo` restarts it whenever POWER finds the probe, so a
+/// user always meets its first step (the still sine) first, however long the window was open.
+class DemoTour {
+public:
+    /// The stream options that play this tour.
+    static StreamOptions streamOptions(const std::shared_ptr<DemoTour>& tour);
+
+    /// The settings for frame period `period` of the stream (called by the stream's thread).
+    ProbeSettings settingsFor(std::uint64_t period);
+    /// The next frame period plays the tour's first step again (any thread).
+    void restart() { restart_ = true; }
+
+private:
+    std::atomic<bool> restart_{false};
+    std::uint64_t origin_ = 0;
+};
 
 } // namespace zorvik
