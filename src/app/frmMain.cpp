@@ -194,6 +194,9 @@ void frmMain::Form_Resize() {
     if (layoutSuspended_ || !elastic_)
         return;
     elastic_->FormResize(*elasticForm_);
+    // A window much wider than it is tall asks for type taller than the controls: each is
+    // shown in the largest type that fits it, up to the size the layout gave.
+    elasticForm_->fitTexts();
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

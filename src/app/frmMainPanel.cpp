@@ -5,6 +5,7 @@
 #include "app/frmMain.h"
 
 #include "instrument/DecodeTables.h"
+#include "support/TextFit.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
@@ -165,6 +166,8 @@ void frmMain::buildPanel() {
         f.setPointSize(12);
         f.setBold(true);
         r->setFont(f);
+        // The type of a readout is chosen for the longest reading it shows.
+        r->setProperty(TextFit::kWidestTextProperty, "-999.999 mSec");
         r->setAccessibleName(designCaptions[i]);
         r->setAccessibleDescription(headings[i]);
         *readouts[i] = r;

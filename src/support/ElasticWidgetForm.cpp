@@ -2,6 +2,7 @@
 #include "support/ElasticWidgetForm.h"
 
 #include "support/LineControl.h"
+#include "support/TextFit.h"
 #include "support/Twips.h"
 
 #include <QScreen>
@@ -33,6 +34,18 @@ int sizeInPixels(double twips) {
 
 double twipsOf(int pixels) {
     return pixelsToTwips(pixels);
+}
+
+constexpr const char* kTopProperty = "elasticTop";
+constexpr const char* kLeftProperty = "elasticLeft";
+
+// The twips of a control's top or left edge as last set, while the control is still at the
+// pixel they give; its pixel position otherwise.
+double edgeTwips(const QWidget& w, const char* property, int pixels) {
+    const QVariant set = w.property(property);
+    if (set.isValid() && pixelsOf(set.toDouble()) == pixels)
+        return set.toDouble();
+    return twipsOf(pixels);
 }
 
 // A text box with a fixed wrap width has a right margin: the width of its lines of text.
@@ -177,6 +190,17 @@ void ElasticWidgetForm::setAutoRedraw(bool on) {
     form().setProperty(kAutoRedrawProperty, on);
 }
 
+void ElasticWidgetForm::fitTexts() {
+    collectControls();
+    for (const QPointer<QWidget>& w : m_controls) {
+        if (!w || qobject_cast<LineControl*>(w.data()))
+            continue;
+        const QVariant given = w->property(kFontSizeProperty);
+        if (given.isValid())
+            TextFit::fitFont(*w, given.toDouble());
+    }
+}
+
 int ElasticWidgetForm::controlCount() const {
     collectControls();
     return static_cast<int>(m_controls.size());
@@ -204,7 +228,9 @@ double ElasticWidgetForm::property(int index, ElasticProperty which) const {
         const double points = w.font().pointSizeF();
         if (points <= 0)
             missing(which);
-        return points;
+        // The size the layout gave, which may be larger than the type shown (TextFit.h).
+        const QVariant given = w.property(kFontSizeProperty);
+        return given.isValid() ? given.toDouble() : points;
     }
     case ElasticProperty::RightMargin:
         if (QTextEdit* edit = withRightMargin(w))
@@ -220,22 +246,31 @@ void ElasticWidgetForm::setProperty(int index, ElasticProperty which, double val
     if (auto* line = qobject_cast<LineControl*>(&w))
         return setLineProperty(*line, which, value);
     switch (which) {
+    // A control's edges are rounded to whole pixels rather than its place and size each on
+    // their own, so controls that meet or stand apart in twips never overlap by a pixel.
     case ElasticProperty::Top:
+        w.setProperty(kTopProperty, value);
         return w.move(w.x(), pixelsOf(value));
     case ElasticProperty::Left:
+        w.setProperty(kLeftProperty, value);
         return w.move(pixelsOf(value), w.y());
-    case ElasticProperty::Height:
-        return w.resize(w.width(), sizeInPixels(value));
-    case ElasticProperty::Width:
-        return w.resize(sizeInPixels(value), w.height());
+    case ElasticProperty::Height: {
+        sizeInPixels(value);
+        const double top = edgeTwips(w, kTopProperty, w.y());
+        return w.resize(w.width(), std::max(0, pixelsOf(top + value) - pixelsOf(top)));
+    }
+    case ElasticProperty::Width: {
+        sizeInPixels(value);
+        const double left = edgeTwips(w, kLeftProperty, w.x());
+        return w.resize(std::max(0, pixelsOf(left + value) - pixelsOf(left)), w.height());
+    }
     case ElasticProperty::FontSize: {
         if (w.font().pointSizeF() <= 0)
             missing(which);
         if (!(value > 0 && value < 1000))
             throw PropertyInvalid("Invalid property value");
-        QFont font = w.font();
-        font.setPointSizeF(value);
-        w.setFont(font);
+        w.setProperty(kFontSizeProperty, value);
+        TextFit::fitFont(w, value);
         return;
     }
     case ElasticProperty::RightMargin:

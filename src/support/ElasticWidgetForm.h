@@ -17,6 +17,9 @@ public:
     static constexpr const char* kControlProperty = "elasticControl";
     /// Dynamic property of the form that records its AutoRedraw setting.
     static constexpr const char* kAutoRedrawProperty = "AutoRedraw";
+    /// Dynamic property of a control holding the font size the layout last gave it; the type
+    /// shown may be smaller where the control's texts would not fit (TextFit.h).
+    static constexpr const char* kFontSizeProperty = "elasticFontSize";
     /// Twips the form's outer height counts for its caption and borders.
     static constexpr double kFrameAllowanceTwips = 400;
 
@@ -41,6 +44,12 @@ public:
     bool isLine(int index) const override;
     double property(int index, ElasticProperty which) const override;
     void setProperty(int index, ElasticProperty which, double value) override;
+
+    /// Shows every control's texts in the largest type, up to the size the layout gave it, at
+    /// which they fit its rectangle. Setting a control's font size fits that control at once;
+    /// a frame's caption also depends on the places of the controls inside it, so the main
+    /// window runs this once the whole layout has been placed.
+    void fitTexts();
 
 private:
     QWidget& form() const;

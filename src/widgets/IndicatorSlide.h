@@ -1,6 +1,8 @@
 // A read-only slide that mirrors a setting of the probe, with named pointers and state lamps.
 #pragma once
 
+#include "support/TextFit.h"
+
 #include <QColor>
 #include <QPointer>
 #include <QStringList>
@@ -25,7 +27,7 @@ class ScopeGraph;
 /// sits at a marked value the lamp is lit with that text (for example 300 lights an amber
 /// "WAIT", 0 a green "TRIG"). At any other value, or while the pointer is hidden, the lamp is
 /// dark. A new named pointer has no value yet (NaN) and so shows nothing.
-class IndicatorSlide : public QWidget {
+class IndicatorSlide : public QWidget, public FitsText {
     Q_OBJECT
 
 public:
@@ -106,6 +108,12 @@ public:
     /// Where the tags of the visible named pointers are drawn, in widget pixels. Tags that
     /// would overlap are moved apart along the scale, so every label stays readable.
     QList<QRectF> tagRects() const;
+    /// Where the position labels of a discrete indicator are drawn, in widget pixels (none in
+    /// continuous mode); the lit position's label is bold.
+    QList<QRectF> labelRects() const;
+    /// The position labels lie inside the indicator and clear of each other, even in bold,
+    /// and the pointer tags inside it.
+    bool textFits() const override;
 
     /// Text for screen readers: the reading and every lit lamp ("IN+, WAIT"); in continuous
     /// mode the visible pointers with their values ("TrigLvl 1.25, CHa_Zero 0.00").
@@ -151,7 +159,15 @@ private:
         bool pinned = false; // the value lies beyond the scale
     };
 
+    struct DiscreteLayout {
+        qreal dot = 0;   // radius of a position's dot
+        qreal arrow = 0; // length of the pointer's arrow
+        qreal cross = 0; // across-axis pixel of the track
+    };
+
     ScopeGraph* guide() const;
+    DiscreteLayout discreteLayout() const;
+    QRectF discreteLabelBox(const DiscreteLayout& d, int k, bool bold) const;
     QVector<TagPlace> tagPlaces(const Track& track) const;
     int find(const QString& name) const;
     const StateMark* litMark(const Pointer& pointer) const;

@@ -174,27 +174,80 @@ void IndicatorSlide::paintEvent(QPaintEvent*) {
         PanelLook::drawFocusFrame(p, rect());
 }
 
-void IndicatorSlide::paintDiscrete(QPainter& p, const Track& t) {
+// Across a discrete slide: the pointer's arrow, the track with a dot per position, the labels.
+IndicatorSlide::DiscreteLayout IndicatorSlide::discreteLayout() const {
     const QFontMetricsF fm(font());
-    const bool vertical = m_orientation == Qt::Vertical;
-    const bool on = isEnabled();
-    const int n = positionCount();
+    DiscreteLayout d;
+    d.dot = qMax<qreal>(3.0, fm.height() * 0.22);
+    d.arrow = fm.height() * 0.8;
     qreal labelW = 0;
     for (const QString& l : m_labels)
         labelW = qMax(labelW, fm.horizontalAdvance(l.trimmed()));
-    const qreal dot = qMax<qreal>(3.0, fm.height() * 0.22);
-    const qreal arrow = fm.height() * 0.8;
     const QRectF area =
         QRectF(rect()).adjusted(kFrameMargin, kFrameMargin, -kFrameMargin, -kFrameMargin);
-    // Across the slide: the pointer's arrow, the track with a dot per position, the labels.
-    qreal cross;
-    if (vertical) {
-        const qreal total = arrow + 2 * dot + fm.height() * 0.4 + labelW;
-        cross = area.left() + qMax<qreal>(0.0, (area.width() - total) / 2.0) + arrow + dot;
+    if (m_orientation == Qt::Vertical) {
+        const qreal total = d.arrow + 2 * d.dot + fm.height() * 0.4 + labelW;
+        d.cross = area.left() + qMax<qreal>(0.0, (area.width() - total) / 2.0) + d.arrow + d.dot;
     } else {
-        const qreal total = arrow + 2 * dot + fm.height() * 1.2;
-        cross = area.top() + qMax<qreal>(0.0, (area.height() - total) / 2.0) + arrow + dot;
+        const qreal total = d.arrow + 2 * d.dot + fm.height() * 1.2;
+        d.cross = area.top() + qMax<qreal>(0.0, (area.height() - total) / 2.0) + d.arrow + d.dot;
     }
+    return d;
+}
+
+// The label of position k, in bold when it is the lit one.
+QRectF IndicatorSlide::discreteLabelBox(const DiscreteLayout& d, int k, bool bold) const {
+    QFont f = font();
+    f.setBold(bold);
+    const QFontMetricsF fm(f);
+    const qreal w = fm.horizontalAdvance(m_labels.at(k - 1).trimmed());
+    const qreal pos = pixelFor(k);
+    return m_orientation == Qt::Vertical
+               ? QRectF(d.cross + d.dot + fm.height() * 0.4, pos - fm.height() / 2, w + 2,
+                        fm.height())
+               : QRectF(pos - w / 2 - 1, d.cross + d.dot + fm.height() * 0.15, w + 2, fm.height());
+}
+
+QList<QRectF> IndicatorSlide::labelRects() const {
+    QList<QRectF> rects;
+    if (m_mode != Mode::Discrete)
+        return rects;
+    const DiscreteLayout d = discreteLayout();
+    const int current = m_pointerVisible ? static_cast<int>(m_value) : 0;
+    for (int k = 1; k <= positionCount(); ++k)
+        rects << discreteLabelBox(d, k, k == current && isEnabled());
+    return rects;
+}
+
+// Every label lies inside the slide and clear of its neighbours, even in bold (any of them may
+// be the lit one), and every tag inside the slide.
+bool IndicatorSlide::textFits() const {
+    const QRectF inside(rect());
+    if (m_mode == Mode::Discrete) {
+        const DiscreteLayout d = discreteLayout();
+        for (int k = 1; k <= positionCount(); ++k) {
+            const QRectF box = discreteLabelBox(d, k, true);
+            if (!inside.contains(box))
+                return false;
+            if (k > 1 && discreteLabelBox(d, k - 1, true).intersects(box))
+                return false;
+        }
+    }
+    for (const QRectF& tag : tagRects()) {
+        if (!inside.contains(tag))
+            return false;
+    }
+    return true;
+}
+
+void IndicatorSlide::paintDiscrete(QPainter& p, const Track& t) {
+    const bool vertical = m_orientation == Qt::Vertical;
+    const bool on = isEnabled();
+    const int n = positionCount();
+    const DiscreteLayout d = discreteLayout();
+    const qreal dot = d.dot;
+    const qreal arrow = d.arrow;
+    const qreal cross = d.cross;
     const auto at = [vertical](qreal along, qreal c) {
         return vertical ? QPointF(c, along) : QPointF(along, c);
     };
@@ -208,18 +261,13 @@ void IndicatorSlide::paintDiscrete(QPainter& p, const Track& t) {
         p.setPen(QPen(QColor(12, 12, 14), 1.0));
         p.setBrush(lit ? QColor(255, 200, 60) : QColor(70, 72, 76));
         p.drawEllipse(at(pos, cross), dot, dot);
-        const QString label = m_labels.at(k - 1).trimmed();
-        const qreal w = fm.horizontalAdvance(label);
-        QRectF box =
-            vertical
-                ? QRectF(cross + dot + fm.height() * 0.4, pos - fm.height() / 2, w + 2, fm.height())
-                : QRectF(pos - w / 2 - 1, cross + dot + fm.height() * 0.15, w + 2, fm.height());
         QFont f = font();
         f.setBold(lit);
         p.setFont(f);
         p.setPen(lit ? PanelLook::textColor()
                      : (on ? PanelLook::dimTextColor() : PanelLook::disabledTextColor()));
-        p.drawText(box, Qt::AlignLeft | Qt::AlignVCenter, label);
+        p.drawText(discreteLabelBox(d, k, lit), Qt::AlignLeft | Qt::AlignVCenter,
+                   m_labels.at(k - 1).trimmed());
         p.setFont(font());
     }
     if (current >= 1 && current <= n) {

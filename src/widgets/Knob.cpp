@@ -161,6 +161,25 @@ QRectF Knob::labelRect(int position) const {
     return (position >= 1 && position <= g.labels.size()) ? g.labels.at(position - 1) : QRectF();
 }
 
+QRectF Knob::headingRect() const {
+    return geometry().headingRect;
+}
+
+// The heading stands on one line; every label lies inside the knob, below the heading and clear
+// of its neighbours.
+bool Knob::textFits() const {
+    const Geometry g = geometry();
+    const QRectF inside(rect());
+    if (!m_heading.isEmpty() &&
+        QFontMetricsF(font()).horizontalAdvance(m_heading) > inside.width() - 2 * kFrameMargin)
+        return false;
+    for (const QRectF& label : g.labels) {
+        if (!inside.contains(label) || label.top() < g.headingRect.bottom())
+            return false;
+    }
+    return !neighboursOverlap(g.labels);
+}
+
 QFont Knob::labelFont() const {
     return geometry().labelFont;
 }

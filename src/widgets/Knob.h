@@ -1,6 +1,8 @@
 // A rotary knob with labelled click-stop positions 1..N (the scale selectors of the front panel).
 #pragma once
 
+#include "support/TextFit.h"
+
 #include <QFont>
 #include <QStringList>
 #include <QVector>
@@ -12,7 +14,7 @@ namespace zorvik {
 /// points at the current position and a heading above the dial. The user turns it by dragging
 /// the dial round (the needle follows the pointer's angle), with the wheel, or from the
 /// keyboard: Left/Down/PageDown previous, Right/Up/PageUp next, Home first, End last.
-class Knob : public QWidget {
+class Knob : public QWidget, public FitsText {
     Q_OBJECT
 
 public:
@@ -53,6 +55,10 @@ public:
     /// The font the labels are drawn in: the widget's font, or up to a third smaller when the
     /// labels of neighbouring positions would otherwise run into each other.
     QFont labelFont() const;
+    /// Where the heading is drawn (empty without a heading).
+    QRectF headingRect() const;
+    /// The heading fits on one line and the labels inside the knob, clear of each other.
+    bool textFits() const override;
     /// The angle (degrees, counter-clockwise from three o'clock) of `position`'s tick.
     qreal positionAngle(int position) const;
 

@@ -119,12 +119,38 @@ void LitButton::keyReleaseEvent(QKeyEvent* event) {
     QAbstractButton::keyReleaseEvent(event);
 }
 
+QRectF LitButton::keyRect() const {
+    return QRectF(rect()).adjusted(3.0, 3.0, -3.0, -3.0);
+}
+
+// The lamp: a lit window across the top of the key.
+QRectF LitButton::lampRect() const {
+    const QRectF key = keyRect();
+    const qreal lampH =
+        qBound<qreal>(4.0, key.height() * 0.2, QFontMetricsF(font()).height() * 0.6);
+    return QRectF(key.left() + key.width() * 0.2, key.top() + lampH * 0.6, key.width() * 0.6,
+                  lampH);
+}
+
+QRectF LitButton::captionRect() const {
+    QRectF caption = keyRect().adjusted(2, 2, -2, -2);
+    if (m_lampVisible)
+        caption.setTop(lampRect().bottom());
+    return caption;
+}
+
+bool LitButton::textFits() const {
+    const QFontMetricsF fm(font());
+    const QRectF room = captionRect();
+    const QString caption = QString(text()).remove(QLatin1Char('&'));
+    return fm.horizontalAdvance(caption) <= room.width() && fm.height() <= room.height() + 1.0;
+}
+
 void LitButton::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing, true);
     const bool on = isEnabled();
-    const QFontMetricsF fm(font());
-    const QRectF key = QRectF(rect()).adjusted(3.0, 3.0, -3.0, -3.0);
+    const QRectF key = keyRect();
     const bool down = isDown();
 
     // Key body: a raised dark cap, sunk while held down.
@@ -142,18 +168,11 @@ void LitButton::paintEvent(QPaintEvent*) {
     p.setPen(QPen(down ? QColor(20, 20, 22) : QColor(140, 144, 150, on ? 160 : 80), 1.0));
     p.drawLine(key.topLeft() + QPointF(4, 1), key.topRight() + QPointF(-4, 1));
 
-    QRectF captionRect = key.adjusted(2, 2, -2, -2);
-    if (m_lampVisible) {
-        // The lamp: a lit window across the top of the key.
-        const qreal lampH = qBound<qreal>(4.0, key.height() * 0.2, fm.height() * 0.6);
-        const QRectF lamp(key.left() + key.width() * 0.2, key.top() + lampH * 0.6,
-                          key.width() * 0.6, lampH);
-        PanelLook::drawBarLamp(p, lamp.translated(0, down ? 1 : 0), m_lampColor, value(), QString(),
-                               on);
-        captionRect.setTop(lamp.bottom());
-    }
+    if (m_lampVisible)
+        PanelLook::drawBarLamp(p, lampRect().translated(0, down ? 1 : 0), m_lampColor, value(),
+                               QString(), on);
     p.setPen(on ? PanelLook::textColor() : PanelLook::disabledTextColor());
-    p.drawText(captionRect.translated(0, down ? 1 : 0), Qt::AlignCenter | Qt::TextShowMnemonic,
+    p.drawText(captionRect().translated(0, down ? 1 : 0), Qt::AlignCenter | Qt::TextShowMnemonic,
                text());
 
     if (hasFocus())

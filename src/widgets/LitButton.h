@@ -1,6 +1,8 @@
 // A front-panel push button with a caption and a built-in lamp that is lit while its value is on.
 #pragma once
 
+#include "support/TextFit.h"
+
 #include <QAbstractButton>
 #include <QColor>
 
@@ -12,7 +14,7 @@ namespace zorvik {
 ///   (also when the pointer slides off the key or the window loses focus while it is held).
 /// Space, Enter and Return work the button from the keyboard: for a momentary button the key
 /// going down switches the value on and the key coming up switches it off.
-class LitButton : public QAbstractButton {
+class LitButton : public QAbstractButton, public FitsText {
     Q_OBJECT
 
 public:
@@ -37,6 +39,11 @@ public:
     void setLampVisible(bool visible);
     bool lampVisible() const { return m_lampVisible; }
 
+    /// Where the caption is drawn: the key below its lamp.
+    QRectF captionRect() const;
+    /// The caption fits on one line below the lamp.
+    bool textFits() const override;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -49,6 +56,8 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
+    QRectF keyRect() const;
+    QRectF lampRect() const;
     void onPressed();
     void onReleased();
     void onToggled(bool checked);

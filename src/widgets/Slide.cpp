@@ -116,7 +116,16 @@ Slide::Geometry Slide::geometry() const {
 
     // Across the slide: numbers, ticks, then the thumb riding on the groove.
     const qreal tickLen = fm.height() * 0.4;
-    const qreal labelExtent = vertical ? labelW : fm.height();
+    // A vertical scale keeps room for its widest number at the step chosen ("-3.5" is wider
+    // than "-4"), and for the blank between number and tick.
+    qreal widestAtStep = labelW;
+    if (vertical && g.tickStep > 0 && span > 0) {
+        const double firstMark = std::ceil(m_minimum / g.tickStep - 1e-9) * g.tickStep;
+        for (double v = firstMark; v <= m_maximum + g.tickStep * 1e-9; v += g.tickStep)
+            widestAtStep = qMax(widestAtStep,
+                                fm.horizontalAdvance(PanelLook::scaleNumber(v, g.tickStep)) + 4.0);
+    }
+    const qreal labelExtent = vertical ? widestAtStep : fm.height();
     // The thumb is up to 2.2 lines wide; it gives up width for the numbers down to one line,
     // and below that the numbers are left out.
     const qreal beside = tickLen + 3.0;
@@ -196,6 +205,54 @@ void Slide::notifyAccessibility() {
     QAccessible::updateAccessibility(&event);
 }
 
+QVector<Slide::ScaleLabel> Slide::scaleLabels(const Geometry& g) const {
+    QVector<ScaleLabel> labels;
+    const double span = m_maximum - m_minimum;
+    if (!g.labels || g.tickStep <= 0 || span <= 0)
+        return labels;
+    const bool vertical = m_orientation == Qt::Vertical;
+    const QFontMetricsF fm(font());
+    const qreal tickLen = fm.height() * 0.4;
+    const qreal tickFrom =
+        vertical ? g.cross - g.thumbWidth / 2 - 3.0 : g.cross + g.thumbWidth / 2 + 3.0;
+    const double first = std::ceil(m_minimum / g.tickStep - 1e-9) * g.tickStep;
+    for (int i = 0;; ++i) {
+        const double v = first + i * g.tickStep;
+        if (v > m_maximum + g.tickStep * 1e-9)
+            break;
+        const qreal pos = g.minPos + (v - m_minimum) / span * (g.maxPos - g.minPos);
+        ScaleLabel label;
+        label.text = PanelLook::scaleNumber(v, g.tickStep);
+        const qreal w = fm.horizontalAdvance(label.text);
+        if (vertical)
+            label.box =
+                QRectF(tickFrom - tickLen - 2 - w - 2, pos - fm.height() / 2, w + 2, fm.height());
+        else
+            label.box = QRectF(pos - w / 2 - 1, tickFrom + tickLen, w + 2, fm.height());
+        labels << label;
+    }
+    return labels;
+}
+
+QList<QRectF> Slide::scaleLabelRects() const {
+    QList<QRectF> rects;
+    for (const ScaleLabel& label : scaleLabels(geometry()))
+        rects << label.box;
+    return rects;
+}
+
+bool Slide::textFits() const {
+    const QVector<ScaleLabel> labels = scaleLabels(geometry());
+    const QRectF inside(rect());
+    for (int k = 0; k < labels.size(); ++k) {
+        if (!inside.contains(labels.at(k).box))
+            return false;
+        if (k > 0 && labels.at(k - 1).box.intersects(labels.at(k).box))
+            return false;
+    }
+    return true;
+}
+
 void Slide::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing, true);
@@ -232,20 +289,11 @@ void Slide::paintEvent(QPaintEvent*) {
             const qreal pos = g.minPos + (v - m_minimum) / span * (g.maxPos - g.minPos);
             p.setPen(QPen(scale, 1.0));
             p.drawLine(point(pos, tickFrom), point(pos, tickFrom + sign * tickLen));
-            if (!g.labels)
-                continue;
-            const QString text = PanelLook::scaleNumber(v, g.tickStep);
-            const qreal w = fm.horizontalAdvance(text);
-            QRectF box;
-            if (vertical)
-                box = QRectF(tickFrom - tickLen - 2 - w - 2, pos - fm.height() / 2, w + 2,
-                             fm.height());
-            else
-                box = QRectF(pos - w / 2 - 1, tickFrom + tickLen, w + 2, fm.height());
-            p.setPen(on ? PanelLook::dimTextColor() : PanelLook::disabledTextColor());
-            p.drawText(box, Qt::AlignCenter, text);
         }
     }
+    p.setPen(on ? PanelLook::dimTextColor() : PanelLook::disabledTextColor());
+    for (const ScaleLabel& label : scaleLabels(g))
+        p.drawText(label.box, Qt::AlignCenter, label.text);
 
     // Thumb with its index line.
     const QRectF thumb = thumbRect(g, m_value);

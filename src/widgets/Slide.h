@@ -1,6 +1,11 @@
 // A continuous slide with a thumb and a scale (the vertical offset and the horizontal pan).
 #pragma once
 
+#include "support/TextFit.h"
+
+#include <QList>
+#include <QRectF>
+#include <QVector>
 #include <QWidget>
 
 namespace zorvik {
@@ -12,7 +17,7 @@ namespace zorvik {
 /// Values set with the mouse fall on whole multiples of the small step, and keys and the wheel
 /// keep a value that lies on those multiples exactly on them, so the user can always bring the
 /// slide back to exactly 0 (a value set off the grid by the program moves by whole steps).
-class Slide : public QWidget {
+class Slide : public QWidget, public FitsText {
     Q_OBJECT
 
 public:
@@ -47,6 +52,12 @@ public:
     /// The unrounded value under widget point `point` (clamped to the range).
     double valueAt(const QPointF& point) const;
 
+    /// Where the numbers of the scale are drawn, in widget pixels (none when the slide is too
+    /// narrow for them).
+    QList<QRectF> scaleLabelRects() const;
+    /// The numbers lie inside the slide and clear of each other.
+    bool textFits() const override;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -76,7 +87,12 @@ private:
         qreal tickStep = 0; // scale step in value units
         bool labels = true; // room for the scale numbers
     };
+    struct ScaleLabel {
+        QString text;
+        QRectF box;
+    };
     Geometry geometry() const;
+    QVector<ScaleLabel> scaleLabels(const Geometry& g) const;
     QRectF thumbRect(const Geometry& g, double value) const;
     qreal along(const QPointF& point) const;
     double valueAtAlong(const Geometry& g, qreal pos) const;

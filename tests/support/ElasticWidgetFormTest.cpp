@@ -2,6 +2,7 @@
 // form's size; the minimum size, the swallowed first resize and a maximised form at Init.
 #include "support/ElasticWidgetForm.h"
 #include "support/LineControl.h"
+#include "support/TextFit.h"
 #include "support/Twips.h"
 #include "support/class_Elastic.h"
 
@@ -221,6 +222,60 @@ TEST_F(ElasticWidgetFormTest, WindowStatePassedAtInitSizesTheFormToTheScreen) {
     EXPECT_EQ(form->height(), twipsToPixels(screen.height() * 15 - 400));
     EXPECT_EQ(elastic.designWidth(), screen.width() * 15);
     EXPECT_NEAR(elastic.designHeight(), screen.height() * 15, 8);
+}
+
+// A form twice as wide but no taller asks for type twice as large (8 pt becomes 16 pt) in a
+// label as tall as before: the label shows the largest type that fits its height, while the
+// layout still holds the size it gave.
+TEST_F(ElasticWidgetFormTest, TypeTooTallForItsLabelIsShownAsLargeAsFits) {
+    label->setGeometry(100, 100, 200, 16);
+    ASSERT_LE(QFontMetricsF(label->font()).height(), 16);
+    initAndSwallow();
+    form->resize(1600, 600);
+    elastic.FormResize(*adapter);
+
+    EXPECT_EQ(adapter->property(0, ElasticProperty::FontSize), 16);
+    EXPECT_EQ(label->property(ElasticWidgetForm::kFontSizeProperty).toDouble(), 16);
+    const double shown = label->font().pointSizeF();
+    EXPECT_LT(shown, 16);
+    EXPECT_GE(shown, 8);
+    // The largest quarter point that fits: a quarter point more would not.
+    EXPECT_LE(QFontMetricsF(label->font()).height(), label->contentsRect().height());
+    QFont larger = label->font();
+    larger.setPointSizeF(shown + 0.25);
+    EXPECT_GT(QFontMetricsF(larger).height(), label->contentsRect().height());
+}
+
+TEST_F(ElasticWidgetFormTest, TypeThatFitsIsShownAtTheSizeTheLayoutGives) {
+    initAndSwallow();
+    form->resize(1000, 750);
+    elastic.FormResize(*adapter);
+    EXPECT_EQ(label->font().pointSizeF(), 10);
+    EXPECT_EQ(adapter->property(0, ElasticProperty::FontSize), 10);
+}
+
+// A label's widest text counts too: a readout sized for its longest reading.
+TEST_F(ElasticWidgetFormTest, ALabelsWidestTextChoosesItsType) {
+    label->setProperty(TextFit::kWidestTextProperty, QString(40, QLatin1Char('M')));
+    initAndSwallow();
+    form->resize(1000, 750);
+    elastic.FormResize(*adapter);
+    EXPECT_LT(label->font().pointSizeF(), 10);
+    EXPECT_LE(QFontMetricsF(label->font()).horizontalAdvance(QString(40, QLatin1Char('M'))),
+              label->contentsRect().width());
+}
+
+// Neighbours that meet in twips meet in pixels: each edge is rounded, not place and size on
+// their own (which at some sizes would make the upper one a pixel too tall).
+TEST_F(ElasticWidgetFormTest, NeighboursThatMeetNeverOverlapByAPixel) {
+    auto* below = mark(new QLabel("below", form.get()));
+    below->setGeometry(100, 140, 200, 40); // starts where `label` ends
+    initAndSwallow();
+    for (int height = 600; height <= 1400; height += 7) {
+        form->resize(800, height);
+        elastic.FormResize(*adapter);
+        EXPECT_EQ(label->geometry().bottom() + 1, below->geometry().top()) << height;
+    }
 }
 
 TEST(ElasticWidgetFormShown, FormMaximisedAtInitTakesTheScreenFillingSizeAsDesignSize) {

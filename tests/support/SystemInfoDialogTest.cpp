@@ -72,15 +72,16 @@ TEST(SystemInfoFacts, AreThoseOfThisComputer) {
 }
 
 TEST(SystemInfoDialogWindow, ShowsReadOnlyCopyableTextWithTheCallersPorts) {
-    SystemInfoDialog dialog({{"COM2", "/dev/ttyUSB1", true}});
+    SystemInfoDialog dialog({{"COM2", "/dev/ttyUSB1", true, true, {}}});
     EXPECT_EQ(dialog.windowTitle(), "System Information");
     EXPECT_TRUE(dialog.txtReport->isReadOnly());
     EXPECT_TRUE(dialog.txtReport->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
     EXPECT_TRUE(dialog.reportText().contains("  COM2   /dev/ttyUSB1  yes"));
-    EXPECT_EQ(dialog.reportText(), SystemInfoDialog::composeReport(
-                                       SystemFacts::current(), {{"COM2", "/dev/ttyUSB1", true}}));
+    EXPECT_EQ(dialog.reportText(),
+              SystemInfoDialog::composeReport(SystemFacts::current(),
+                                              {{"COM2", "/dev/ttyUSB1", true, true, {}}}));
 
-    dialog.setSerialPorts({{"COM4", "/dev/ttyACM1", false}});
+    dialog.setSerialPorts({{"COM4", "/dev/ttyACM1", false, false, {}}});
     EXPECT_FALSE(dialog.reportText().contains("COM2"));
     EXPECT_TRUE(dialog.reportText().contains("  COM4   /dev/ttyACM1  no"));
 

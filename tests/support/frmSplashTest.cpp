@@ -195,7 +195,8 @@ TEST_F(frmSplashTest, SplashAndAboutShowTheCallersIcon) {
 
 TEST_F(frmSplashTest, SystemInfoButtonListsTheCallersSerialPorts) {
     form->setPortSource([] {
-        return QList<SerialPortRow>{{"COM1", "/dev/ttyUSB0", true}, {"COM5", "/dev/ttyS0", false}};
+        return QList<SerialPortRow>{{"COM1", "/dev/ttyUSB0", true, true, {}},
+                                    {"COM5", "/dev/ttyS0", false, false, {}}};
     });
     QString report;
     whenVisible<frmSplash>([&report](frmSplash* shown) {
