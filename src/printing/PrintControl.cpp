@@ -2,10 +2,12 @@
 #include "printing/PrintControl.h"
 
 #include "printing/PictureHolder.h"
+#include "support/MessageBox.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QLocale>
@@ -197,11 +199,21 @@ bool PrintControl::PrintPage(PreviewTarget* target) {
 
     m_cancel = false;
     QPrinter& device = printer();
+    // Margins that leave no room for the picture would print a sheet with only its header and
+    // footer: the user is told, and nothing is printed (as if the print were cancelled, so the
+    // dialog it was started from stays open for the margins to be changed).
+    if (!page.picture.isNull() && !pictureHasRoom(page)) {
+        MessageBoxes::show(m_dialogParent, MsgIcon::Exclamation, QStringLiteral("Zorvik"),
+                           kNoRoomText, QMessageBox::Ok);
+        m_cancel = true;
+        return true;
+    }
     if (device.outputFormat() == QPrinter::PdfFormat) {
         QString suggested = m_lastPdfPath;
         if (suggested.isEmpty()) {
+            // The Documents folder when there is one, else the home folder.
             QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-            if (folder.isEmpty())
+            if (folder.isEmpty() || !QFileInfo(folder).isDir())
                 folder = QDir::homePath();
             suggested = QDir(folder).filePath(QStringLiteral("Zorvik.pdf"));
         }
@@ -220,6 +232,13 @@ bool PrintControl::PrintPage(PreviewTarget* target) {
         return false;
     m_lastGeometry = PageComposer::paint(painter, page, device.logicalDpiX(), device.logicalDpiY());
     return painter.end();
+}
+
+bool PrintControl::pictureHasRoom(const PageContent& page) {
+    QFont font = QGuiApplication::font();
+    font.setPointSizeF(PageComposer::kTextPointSize);
+    const double lineHeight = QFontMetricsF(font).height() / screenResolution().dpiY;
+    return !PageComposer::layout(page, lineHeight).picture.isEmpty();
 }
 
 void PrintControl::setPdfPathChooser(PdfPathChooser chooser) {

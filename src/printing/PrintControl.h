@@ -45,6 +45,11 @@ public:
     static constexpr int kModeScaled = 2;
     static constexpr float kDefaultMarginCentimeters = 2.0f;
 
+    /// Said instead of printing when the margins leave no room for the picture.
+    static constexpr const char* kNoRoomText =
+        "The margins leave no room for the picture on this paper.  Make them smaller in Page "
+        "Setup.";
+
     /// The printer list's row for the PDF file, shown when no printer is installed.
     static QString pdfPrinterName();
 
@@ -116,6 +121,7 @@ public:
 
 private:
     PageContent content();
+    static bool pictureHasRoom(const PageContent& page);
     void applyCurrentPrinter();
 
     QString m_printerName;

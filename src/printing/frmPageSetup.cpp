@@ -4,6 +4,7 @@
 #include "printing/ModalRunner.h"
 #include "printing/OpenForms.h"
 #include "printing/PrintControl.h"
+#include "printing/PrintSetupDialog.h"
 #include "printing/PrintingServices.h"
 #include "printing/UpDown.h"
 #include "printing/frmPreview.h"
@@ -16,7 +17,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QPageSetupDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -321,12 +321,17 @@ void frmPageSetup::cmdPrint_Click() {
 }
 
 void frmPageSetup::cmdPrintSetup_Click() {
-    QPrinter& printer = m_pageSettings->printer();
     if (printerSetupDialog()) {
-        printerSetupDialog()(printer, this);
+        printerSetupDialog()(*m_pageSettings, this);
     } else {
-        QPageSetupDialog dialog(&printer, this);
+        PrintSetupDialog dialog(*m_pageSettings, this);
         dialog.exec();
+    }
+    // A printer chosen there is the one this dialog shows too.
+    const int row = cboPrinter->findText(m_pageSettings->PrinterName());
+    if (row >= 0 && row != cboPrinter->currentIndex()) {
+        const QSignalBlocker quiet(cboPrinter);
+        cboPrinter->setCurrentIndex(row);
     }
     // Back to this dialog, which stays open.
     raise();

@@ -28,8 +28,8 @@ public:
     /// True when the text is "." (a number being started) or reads as a number.
     static bool IsNumericText(const QString& text);
 
-    /// Opens the system's printer set-up dialog for the current printer.
-    using PrinterSetupDialog = std::function<void(QPrinter& printer, QWidget* parent)>;
+    /// Opens the "Print Setup" dialog (printer, paper, orientation) for the print control.
+    using PrinterSetupDialog = std::function<void(PrintControl& settings, QWidget* parent)>;
     /// Test hook: replaces the printer set-up dialog (an empty function restores it).
     static void setPrinterSetupDialog(PrinterSetupDialog dialog);
 

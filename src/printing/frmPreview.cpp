@@ -26,8 +26,6 @@ namespace zorvik {
 namespace {
 constexpr int kZoomRows[] = {25, 50, 75, 100};
 constexpr int kRow100 = 3;
-// Grey border around the sheet inside the picture box, in pixels.
-constexpr int kSheetPad = 12;
 const QColor kBackdrop(128, 128, 128);
 // A scroll bar's range is kept within 16 bits; larger boxes scroll in power-of-two steps.
 constexpr int kScrollLimit = 32767;
@@ -210,6 +208,21 @@ void frmPreview::Form_Resize() {
     DrawPage();
 }
 
+QSize frmPreview::viewportFor(QSize content) const {
+    // A scroll bar takes its room from the viewport only when the content needs it; a bar in
+    // one direction can make the other one needed.
+    bool vertical = false;
+    bool horizontal = false;
+    for (int pass = 0; pass < 2; ++pass) {
+        const int w = width() - (vertical ? m_vscWidth : 0);
+        const int h = height() - m_tbHeight - (horizontal ? m_hscHeight : 0);
+        vertical = content.height() > h;
+        horizontal = content.width() > w;
+    }
+    return QSize(std::max(0, width() - (vertical ? m_vscWidth : 0)),
+                 std::max(0, height() - m_tbHeight - (horizontal ? m_hscHeight : 0)));
+}
+
 int frmPreview::layoutCode() const {
     // The picture box against the window below the toolbar, without any scroll bar.
     const bool vertical = pb->height() > height() - m_tbHeight;
@@ -301,9 +314,11 @@ bool frmPreview::DrawPage() {
     const QSize page = pageSizeAtZoom();
     const qint64 metric =
         qint64(m_printControl->PageMetric1()) * qint64(m_printControl->PageMetric2());
-    // The box is at least the sheet with its grey border.
-    const QSize box(std::max(pb->width(), page.width() + 2 * kSheetPad),
-                    std::max(pb->height(), page.height() + 2 * kSheetPad));
+    // The box is sized to the sheet with its grey border, and fills at least the viewport, in
+    // which a smaller sheet stands centred: after a change from portrait to landscape, or at a
+    // lower zoom, no band of an earlier, larger page is left around it.
+    const QSize sheetBox(page.width() + 2 * kSheetPad, page.height() + 2 * kSheetPad);
+    const QSize box = sheetBox.expandedTo(viewportFor(sheetBox));
     const double ratio = devicePixelRatioF();
     const qint64 bytes =
         qint64(std::ceil(box.width() * ratio)) * qint64(std::ceil(box.height() * ratio)) * 4;

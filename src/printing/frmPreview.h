@@ -22,6 +22,9 @@ class PrintingServices;
 class frmPreview : public QDialog {
     Q_OBJECT
 public:
+    /// Grey border around the sheet inside the picture box, in pixels.
+    static constexpr int kSheetPad = 12;
+
     frmPreview(PrintingServices& services, QWidget* owner = nullptr);
 
     /// Draws the preview again after the page settings changed.
@@ -38,6 +41,9 @@ public:
     void Form_Resize();
     /// Which scroll bars the picture box needs in the current window.
     int layoutCode() const;
+    /// The part of the window below the toolbar that shows `content`, less the scroll bars
+    /// content of that size needs.
+    QSize viewportFor(QSize content) const;
 
     int zoom() const { return m_zoom; }
     int keptZoomRow() const { return m_zoomRow; }

@@ -1,11 +1,14 @@
 // The "Page Setup" dialog: controls, printer list, margin fields, scale and the five buttons.
 #include "printing/ModalRunner.h"
+#include "printing/PrintSetupDialog.h"
 #include "printing/PrintingServices.h"
 #include "printing/PrintingTestSupport.h"
 #include "printing/UpDown.h"
 #include "printing/frmPageSetup.h"
 #include "printing/frmPreview.h"
+#include "support/WindowSteps.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -365,18 +368,91 @@ TEST_F(PageSetupTest, FailedPrintCountsAsCancelledWithoutAMessage) {
 
 TEST_F(PageSetupTest, PrintSetupOpensThePrinterSetUpDialogAndStaysOpen) {
     PrintingServices services;
-    QPrinter* shown = nullptr;
+    PrintControl* shown = nullptr;
     QWidget* parent = nullptr;
-    frmPageSetup::setPrinterSetupDialog([&](QPrinter& printer, QWidget* owner) {
-        shown = &printer;
+    frmPageSetup::setPrinterSetupDialog([&](PrintControl& settings, QWidget* owner) {
+        shown = &settings;
         parent = owner;
     });
     frmPageSetup form(services);
     form.show();
     click(form, "cmdPrintSetup");
-    EXPECT_EQ(shown, &services.EasyPrint1().printer());
+    EXPECT_EQ(shown, &services.EasyPrint1());
     EXPECT_EQ(parent, &form);
     EXPECT_TRUE(form.isVisible());
+}
+
+// The real one: its own title (so that two "Page Setup" windows never stack), printer, paper
+// and orientation, and no margin fields; no warning about non-native printers.
+TEST_F(PageSetupTest, PrintSetupIsItsOwnDialogTitledPrintSetupWithoutMargins) {
+    PrintControl::setPrinterLister([] { return QStringList(); });
+    PrintingServices services;
+    frmPageSetup form(services);
+    form.show();
+    QStringList warnings;
+    static QStringList* sink = nullptr;
+    sink = &warnings;
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { sink->append(text); });
+    bool seen = false;
+    whenVisible<PrintSetupDialog>([&](PrintSetupDialog* dialog) {
+        seen = true;
+        EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Print Setup"));
+        EXPECT_TRUE(dialog->isModal());
+        EXPECT_EQ(dialog->parentWidget(), &form);
+        EXPECT_TRUE(dialog->findChildren<QLineEdit*>().isEmpty());
+        EXPECT_TRUE(dialog->findChildren<QAbstractSpinBox*>().isEmpty());
+        EXPECT_EQ(dialog->cboName->currentText(), PrintControl::pdfPrinterName());
+        dialog->optLandscape->setChecked(true);
+        dialog->cboSize->setCurrentIndex(dialog->cboSize->findText(QStringLiteral("A5")));
+        dialog->accept();
+    });
+    click(form, "cmdPrintSetup");
+    qInstallMessageHandler(previous);
+    EXPECT_TRUE(seen);
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_TRUE(warnings.filter(QStringLiteral("QPageSetupDialog")).isEmpty())
+        << warnings.join('\n').toStdString();
+    const QPageLayout layout = services.EasyPrint1().printer().pageLayout();
+    EXPECT_EQ(layout.orientation(), QPageLayout::Landscape);
+    EXPECT_EQ(layout.pageSize().id(), QPageSize::A5);
+}
+
+TEST_F(PageSetupTest, PrintSetupCancelledChangesNothing) {
+    PrintControl::setPrinterLister([] { return QStringList(); });
+    PrintingServices services;
+    services.EasyPrint1().printer().setPageSize(QPageSize(QPageSize::A4));
+    PrintSetupDialog dialog(services.EasyPrint1());
+    EXPECT_EQ(dialog.pageSize().id(), QPageSize::A4);
+    EXPECT_TRUE(dialog.optPortrait->isChecked());
+    dialog.optLandscape->setChecked(true);
+    dialog.cboSize->setCurrentIndex(dialog.cboSize->findText(QStringLiteral("Letter")));
+    dialog.reject();
+    const QPageLayout layout = services.EasyPrint1().printer().pageLayout();
+    EXPECT_EQ(layout.orientation(), QPageLayout::Portrait);
+    EXPECT_EQ(layout.pageSize().id(), QPageSize::A4);
+}
+
+// A printer chosen in Print Setup becomes the program's printer, and Page Setup shows it.
+TEST_F(PageSetupTest, APrinterChosenInPrintSetupIsTheOnePageSetupShows) {
+    PrintControl::setPrinterLister([] {
+        return QStringList{QStringLiteral("Office"), QStringLiteral("Lab")};
+    });
+    PrintingServices services;
+    services.EasyPrint1().setPrinterName(QStringLiteral("Office"));
+    frmPageSetup form(services);
+    form.show();
+    ASSERT_EQ(child<QComboBox>(form, "cboPrinter")->currentText(), QStringLiteral("Office"));
+    whenVisible<PrintSetupDialog>([](PrintSetupDialog* dialog) {
+        EXPECT_EQ(dialog->cboName->currentText(), QStringLiteral("Office"));
+        EXPECT_EQ(dialog->cboSource->itemText(0), QStringLiteral("Automatically Select"));
+        dialog->cboName->setCurrentIndex(1);
+        dialog->accept();
+    });
+    click(form, "cmdPrintSetup");
+    EXPECT_EQ(services.EasyPrint1().PrinterName(), QStringLiteral("Lab"));
+    EXPECT_EQ(services.EasyPrint1().currentPrinter(), QStringLiteral("Lab"));
+    EXPECT_EQ(child<QComboBox>(form, "cboPrinter")->currentText(), QStringLiteral("Lab"));
 }
 
 } // namespace

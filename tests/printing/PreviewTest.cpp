@@ -134,13 +134,63 @@ TEST_F(PreviewTest, SmallBoxIsEnlargedToTheViewportAndZoomRecordedAs100WithoutAF
     preview.show();
     chooseZoomRow(preview, 1);
     ASSERT_EQ(preview.zoom(), 50);
-    ASSERT_LT(preview.pictureBox()->width(), 1000);
+    preview.pictureBox()->resize(300, 200);
     preview.FitPage();
     // Exactly the viewport: a resize at the recorded zoom would have doubled the box.
     EXPECT_EQ(preview.pictureBox()->size(), QSize(1000, 1400 - preview.toolbarHeight()));
     EXPECT_EQ(preview.zoom(), 100);
     EXPECT_EQ(child<QComboBox>(preview, "cboZoom")->currentText(), QStringLiteral("100%"));
     EXPECT_EQ(preview.keptZoomRow(), 1);
+}
+
+// Below 100 % the sheet is smaller than the window: it stands in the middle of the viewport,
+// not in its top-left corner, and no scroll bar shows.
+TEST_F(PreviewTest, AtLowZoomTheSheetStandsCentredInTheViewport) {
+    frmPreview preview(*services);
+    preview.resize(1000, 1400);
+    preview.show();
+    for (int row : {1, 0, 2}) {
+        chooseZoomRow(preview, row);
+        const QSize viewport(1000, 1400 - preview.toolbarHeight());
+        EXPECT_EQ(preview.pictureBox()->size(), viewport) << row;
+        EXPECT_EQ(preview.pictureBox()->pos(), QPoint(0, preview.toolbarHeight())) << row;
+        EXPECT_FALSE(child<QScrollBar>(preview, "hsc")->isVisibleTo(&preview)) << row;
+        EXPECT_FALSE(child<QScrollBar>(preview, "vsc")->isVisibleTo(&preview)) << row;
+        const QImage drawn = preview.pictureBox()->image();
+        const QRectF sheet = QRectF(colourBox(drawn, Qt::white, 0));
+        const QPointF centre = sheet.center() / drawn.devicePixelRatio();
+        EXPECT_NEAR(centre.x(), viewport.width() / 2.0, 2.0) << row;
+        EXPECT_NEAR(centre.y(), viewport.height() / 2.0, 2.0) << row;
+    }
+}
+
+// Turning the page to landscape makes it wider and lower: the picture box follows the page,
+// so the sheet starts just below the toolbar and no vertical scroll bar is left over from the
+// taller portrait page.
+TEST_F(PreviewTest, AfterTurningToLandscapeThePictureBoxIsSizedToThePage) {
+    frmPreview preview(*services);
+    preview.resize(700, 600);
+    preview.show();
+    const QSize portrait = preview.pictureBox()->size();
+    ASSERT_GT(portrait.height(), 600); // the A4 sheet at 100 % needs the vertical bar
+
+    services->EasyPrint1().printer().setPageOrientation(QPageLayout::Landscape);
+    preview.PreviewRefresh();
+
+    const QSize sheet = sheetAt(100).transposed();
+    const QSize box = preview.pictureBox()->size();
+    EXPECT_LT(box.height(), portrait.height());
+    EXPECT_GT(box.width(), portrait.width());
+    // The box is the sheet with its grey border (the landscape A4 sheet is wider and taller
+    // than this window, so both scroll bars show), and scrolled to the top it begins with the
+    // sheet's border, not with a band of grey.
+    EXPECT_NEAR(box.width(), sheet.width() + 2 * frmPreview::kSheetPad, 1);
+    EXPECT_NEAR(box.height(), sheet.height() + 2 * frmPreview::kSheetPad, 1);
+    child<QScrollBar>(preview, "vsc")->setValue(0);
+    const QImage drawn = preview.pictureBox()->image();
+    const QRect white = colourBox(drawn, Qt::white, 0);
+    EXPECT_NEAR(white.top() / drawn.devicePixelRatio(), frmPreview::kSheetPad, 2);
+    EXPECT_NEAR(white.height() / drawn.devicePixelRatio(), sheet.height(), 2);
 }
 
 TEST_F(PreviewTest, MinimisedPreviewNeitherFitsNorRedraws) {

@@ -272,5 +272,75 @@ TEST_F(PrintControlTest, PrintToAnUnwritablePlaceFailsAndANewPrintClearsCancel) 
     EXPECT_FALSE(control.Cancel());
 }
 
+// Side margins that meet leave no room for the picture: instead of a sheet with only its
+// header, the user is told, and the print counts as cancelled (no file is asked for).
+TEST_F(PrintControlTest, MarginsThatLeaveNoRoomForThePictureAreReportedInsteadOfPrinted) {
+    PrintControl control;
+    control.setMarginUnits(PrintControl::kUnitInches);
+    const double width = control.paperInches().width();
+    control.setMargin(1, static_cast<float>(width / 2));
+    control.setMargin(2, static_cast<float>(width / 2));
+    control.setHeader(QStringLiteral("Header"));
+    PictureHolder holder;
+    holder.setPicture(solidPicture(480, 240, kBlock));
+    control.setPrintPicture(&holder);
+    bool asked = false;
+    PrintControl::setPdfPathChooser([&](QWidget*, const QString&) {
+        asked = true;
+        return QString();
+    });
+    EXPECT_TRUE(control.PrintPage());
+    EXPECT_TRUE(control.Cancel());
+    EXPECT_FALSE(asked);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].text, QStringLiteral("The margins leave no room for the picture on this "
+                                               "paper.  Make them smaller in Page Setup."));
+    EXPECT_EQ(messages[0].title, QStringLiteral("Zorvik"));
+    EXPECT_EQ(messages[0].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(messages[0].buttons, QMessageBox::Ok);
+
+    // A top and bottom margin that meet do the same; margins with room print again.
+    control.setMargin(1, 1.0f);
+    control.setMargin(2, 1.0f);
+    control.setMargin(3, static_cast<float>(control.paperInches().height() - 0.5));
+    EXPECT_TRUE(control.PrintPage());
+    EXPECT_EQ(messages.size(), 2u);
+    control.setMargin(3, 1.0f);
+    EXPECT_TRUE(control.PrintPage());
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(messages.size(), 2u);
+}
+
+// The PDF file is first offered in the Documents folder, or in the home folder when there is
+// no Documents folder.
+TEST_F(PrintControlTest, ThePdfFileIsOfferedInDocumentsOrElseInTheHomeFolder) {
+    QTemporaryDir home;
+    const QByteArray oldHome = qgetenv("HOME");
+    const QByteArray oldConfig = qgetenv("XDG_CONFIG_HOME");
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toLocal8Bit());
+    QString offered;
+    PrintControl::setPdfPathChooser([&](QWidget*, const QString& suggested) {
+        offered = suggested;
+        return QString();
+    });
+    {
+        PrintControl control;
+        control.PrintPage();
+        EXPECT_EQ(offered, QDir(home.path()).filePath("Zorvik.pdf"));
+    }
+    ASSERT_TRUE(QDir(home.path()).mkdir("Documents"));
+    {
+        PrintControl control;
+        control.PrintPage();
+        EXPECT_EQ(offered, QDir(home.path()).filePath("Documents/Zorvik.pdf"));
+    }
+    qputenv("HOME", oldHome);
+    if (oldConfig.isNull())
+        qunsetenv("XDG_CONFIG_HOME");
+    else
+        qputenv("XDG_CONFIG_HOME", oldConfig);
+}
+
 } // namespace
 } // namespace zorvik::test
