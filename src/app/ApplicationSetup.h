@@ -6,7 +6,7 @@ namespace zorvik {
 
 /// Names the application for the system. No display name is set: on Linux that name would be
 /// appended to every window title ("Options — Zorvik"), and each window's title is exactly
-/// its own text.
+/// its own text. Every modal window is brought to the front with the focus as it opens.
 void setUpApplication();
 
 } // namespace zorvik

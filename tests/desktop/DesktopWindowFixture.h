@@ -23,7 +23,7 @@ protected:
         s.deviceExists = [](const QString&) { return false; };
         s.programFolder = dir.path();
         s.settingsPath = dir.filePath("ZORVIK.INI");
-        s.splashMinDisplayMs = 0;
+        s.splashMinDisplayMs = splashMinDisplayMs;
         window = std::make_unique<frmMain>(s);
         window->Form_Load();
         window->show();
@@ -35,6 +35,8 @@ protected:
         window.reset();
     }
 
+    /// How long the splash screen stays up at start (none unless a test asks for it).
+    int splashMinDisplayMs = 0;
     QTemporaryDir dir;
     PortMap ports;
     FakeSerialLink fake;

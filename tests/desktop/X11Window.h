@@ -103,4 +103,51 @@ inline void whenShown(const QString& title, std::function<void(QWidget*)> then) 
     timer->start(20);
 }
 
+/// The program's windows from bottom to top: as the window manager stacks them
+/// (_NET_CLIENT_LIST_STACKING), or without a window manager as the X server does (the root
+/// window's children, which xwininfo lists top first).
+inline QList<quint64> stackingOrder() {
+    static const QRegularExpression id(R"(0x[0-9a-fA-F]+)");
+    QList<quint64> ids;
+    const QString managed = runX("xprop", {"-root", "_NET_CLIENT_LIST_STACKING"});
+    if (managed.contains("0x")) {
+        for (const QRegularExpressionMatch& m : id.globalMatch(managed))
+            ids << m.captured(0).toULongLong(nullptr, 16);
+        return ids;
+    }
+    QString tree = runX("xwininfo", {"-root", "-children"});
+    tree = tree.mid(tree.indexOf("children:"));
+    for (const QRegularExpressionMatch& m : id.globalMatch(tree))
+        ids.prepend(m.captured(0).toULongLong(nullptr, 16));
+    return ids;
+}
+
+/// The window that has the keyboard focus: the window manager's _NET_ACTIVE_WINDOW, or
+/// without one the X server's input focus; 0 when none.
+inline quint64 activeWindowId() {
+    const QString out = runX("xprop", {"-root", "_NET_ACTIVE_WINDOW"});
+    static const QRegularExpression id(R"(0x[0-9a-fA-F]+)");
+    const QRegularExpressionMatch m = id.match(out);
+    if (m.hasMatch())
+        return m.captured(0).toULongLong(nullptr, 16);
+    return runX("xdotool", {"getwindowfocus"}).trimmed().toULongLong();
+}
+
+/// Whether `window` stands above every other window of the program and has the focus.
+inline bool onTopAndFocused(const QWidget* window) {
+    const quint64 self = window->winId();
+    const QList<quint64> stack = stackingOrder();
+    QList<quint64> ours;
+    for (const QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->isVisible() && w->internalWinId())
+            ours << w->internalWinId();
+    }
+    quint64 topmost = 0;
+    for (quint64 id : stack) {
+        if (ours.contains(id))
+            topmost = id;
+    }
+    return topmost == self && activeWindowId() == self;
+}
+
 } // namespace zorvik::test
