@@ -48,6 +48,8 @@ frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
     printing_ = std::make_unique<PrintingServices>();
     buildPanel();
     connectPanel();
+    // F1 from any of the program's windows (frmMainHelp.cpp).
+    qApp->installEventFilter(this);
 }
 
 frmMain::~frmMain() = default;

@@ -192,7 +192,13 @@ public:
     QLabel* sbrComPort = nullptr;
     QLabel* sbrSampleRate = nullptr;
 
+    /// The page of the manual that F1 opens for `window` (a file name such as "options.html").
+    static QString helpPageFor(const QWidget* window);
+    /// Opens the manual at the page for `window`, in a help window that belongs to it.
+    void showHelpFor(QWidget* window);
+
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -8,8 +8,11 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QLineEdit>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QToolButton>
@@ -183,6 +186,93 @@ TEST_F(HelpTest, RepeatedCallsReuseOneWindowAndBringItBack) {
     cHTMLHelp another; // a new launcher finds the caller's window too
     another.DisplayHelp(&caller, dir.filePath("index.html"));
     EXPECT_EQ(another.helpWindow(), first);
+}
+
+// A picture wider than the window is shown at the window's width, in proportion, so the page
+// never needs a horizontal scroll bar; a smaller picture keeps its size.
+TEST_F(HelpTest, PicturesWiderThanTheWindowScaleDownToFit) {
+    QImage wide(800, 400, QImage::Format_RGB32);
+    wide.fill(Qt::blue);
+    ASSERT_TRUE(wide.save(dir.filePath("wide.png")));
+    write(dir.filePath("wide.html"), "<html><head><title>Wide</title></head><body>"
+                                     "<p><img src=\"wide.png\"></p><p><img src=\"red.png\"></p>"
+                                     "</body></html>");
+    caller.resize(400, 300);
+    HelpWindow* window = open(dir.filePath("wide.html"));
+    ASSERT_NE(window, nullptr);
+    window->resize(520, 600);
+    QTextBrowser* browser = window->browser();
+    const auto imageWidths = [&] {
+        QList<qreal> widths;
+        for (QTextBlock b = browser->document()->begin(); b.isValid(); b = b.next()) {
+            for (auto it = b.begin(); !it.atEnd(); ++it) {
+                if (it.fragment().charFormat().isImageFormat())
+                    widths << it.fragment().charFormat().toImageFormat().width();
+            }
+        }
+        return widths;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            const QList<qreal> w = imageWidths();
+            return w.size() == 2 && w[0] > 0 && w[0] <= browser->viewport()->width();
+        },
+        5000));
+    EXPECT_EQ(imageWidths()[1], 40);
+    EXPECT_EQ(browser->horizontalScrollBar()->maximum(), 0);
+    // Wider again, the picture grows back to its own size and no further.
+    window->resize(1200, 600);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return imageWidths()[0] == 800; }, 5000));
+    EXPECT_EQ(browser->horizontalScrollBar()->maximum(), 0);
+}
+
+// The search field finds a word on every page of the manual; the results link to the pages,
+// Back returns to them, and a page opened from them shows the word selected.
+TEST_F(HelpTest, SearchFindsAWordAcrossThePagesOfTheManual) {
+    write(dir.filePath("page3.html"),
+          "<html><head><title>Trigger</title></head><body><h1>Trigger</h1>"
+          "<p>The trigger level follows the cursors. Cursors, cursors.</p></body></html>");
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+    QTextBrowser* browser = window->browser();
+    window->searchField()->setText("  CURSORS  ");
+    QTest::keyClick(window->searchField(), Qt::Key_Return);
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return window->windowTitle() == "Search: CURSORS - Help"; }, 5000))
+        << window->windowTitle().toStdString();
+    const QString results = browser->toPlainText();
+    EXPECT_TRUE(results.contains("2 pages hold these words.")) << results.toStdString();
+    // Most occurrences first: "Trigger" holds the word three times, "Cursors" twice.
+    EXPECT_LT(results.indexOf("Trigger"), results.indexOf("Cursors\n"));
+    EXPECT_FALSE(results.contains("Zorvik manual"));
+
+    clickLink(browser, "Trigger");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return browser->source() == QUrl::fromLocalFile(dir.filePath("page3.html")); },
+        5000));
+    EXPECT_EQ(browser->textCursor().selectedText().toLower(), "cursors");
+    window->backButton()->click();
+    EXPECT_EQ(window->windowTitle(), "Search: CURSORS - Help");
+
+    // Every word must be on a page; nothing found says so.
+    window->search("cursors trigger");
+    EXPECT_TRUE(browser->toPlainText().contains("1 page holds these words."));
+    window->search("oscillograph");
+    EXPECT_TRUE(browser->toPlainText().contains("No page of the manual holds all of these words."));
+    // A blank search changes nothing.
+    const QUrl before = browser->source();
+    window->search("   ");
+    EXPECT_EQ(browser->source(), before);
+}
+
+TEST_F(HelpTest, ShowPageOpensAPageAndKeepsTheHomePage) {
+    HelpWindow* window = open(dir.filePath("index.html"));
+    ASSERT_NE(window, nullptr);
+    window->showPage("page2.html");
+    EXPECT_EQ(window->browser()->source(), QUrl::fromLocalFile(dir.filePath("page2.html")));
+    EXPECT_EQ(window->home(), QUrl::fromLocalFile(dir.filePath("index.html")));
+    window->homeButton()->click();
+    EXPECT_EQ(window->browser()->source(), QUrl::fromLocalFile(dir.filePath("index.html")));
 }
 
 TEST(HelpWithoutCaller, UsesAWindowOwnedByTheLauncher) {
