@@ -222,13 +222,6 @@ power_on() {
     click "$1" "${POWER[@]}"
     until_ok 15 is_colour "$1" "${POWER_LAMP[@]}" 0 255 0 || die "POWER did not reach the probe"
 }
-# Turns a knob with the keyboard: Home (first position), then Right to position $2.
-knob() {
-    local w=$1 position=$2 x=$3 y=$4
-    click "$w" "$x" "$y"
-    xdotool key Home
-    for _ in $(seq 2 "$position"); do xdotool key Right; done
-}
 # Steps a graph cursor (1 to 4) with its arrow key.
 cursor_steps() {
     xdotool key "$1"
@@ -243,11 +236,11 @@ SPLASH=1 start_program --demo
 unfocus
 shot "$MAIN" panel-off
 
+# The knobs stay where the program starts them (1 us and 20 V per division): the demo's tour
+# begins, each time POWER finds it, with a still 312.5 kHz sine of 40 V that fills the graph.
 power_on "$MAIN"
-knob "$MAIN" 12 "${H_SCALE[@]}"  # 1m: one period of the probe's 1 kHz sine per division
-knob "$MAIN" 5 "${V_SCALE[@]}"   # 1 V per division
 until_ok 5 is_colour "$MAIN" "${TRIG_LAMP[@]}" 0 230 0 || die "the trigger lamp did not show TRIG"
-sleep 0.5
+sleep 0.3
 unfocus
 shot "$MAIN" panel-running
 shot "$MAIN" trigger-trig "$TRIGGER_FRAME"
@@ -268,19 +261,21 @@ done
 save_png "$SCRATCH/panel-running.raw.png" panel-numbered -font DejaVu-Sans-Bold -pointsize 12 \
     "${DRAW[@]}"
 
-click "$MAIN" "${V_CURS[@]}"
-click "$MAIN" "${H_CURS[@]}"
-click "$MAIN" "${GRAPH[@]}"
-cursor_steps 3 Up 10   # Cursor3 from -3 to -1 division: the negative peaks
-cursor_steps 4 Up 15   # Cursor4 from -2 to +1 division: the positive peaks
-xdotool key Escape
-unfocus
-shot "$MAIN" cursors
-
+# STORE holds the still sine (the tour moves on after about five seconds).
 click "$MAIN" "${STORE[@]}"
 sleep 0.3
 unfocus
 shot "$MAIN" store
+
+click "$MAIN" "${V_CURS[@]}"
+click "$MAIN" "${H_CURS[@]}"
+click "$MAIN" "${GRAPH[@]}"
+cursor_steps 2 Right 11 # Cursor2 from 2 to 4.2 divisions: 3.2 us, one period of 312.5 kHz
+cursor_steps 3 Up 5     # Cursor3 from -3 to -2 divisions: the negative peaks, -40 V
+cursor_steps 4 Up 20    # Cursor4 from -2 to +2 divisions: the positive peaks, +40 V
+xdotool key Escape
+unfocus
+shot "$MAIN" cursors
 
 # PRINT (the picture is taken when the button is released), then Page Setup from the preview.
 click "$MAIN" "${PRINT[@]}"
@@ -288,7 +283,7 @@ if PREVIEW=$(window '^Print Preview' 10); then
     click "$PREVIEW" 90 14
     if SETUP=$(window '^Page Setup' 5); then
         click "$SETUP" 228 172
-        xdotool type --delay 5 "Bench test: 1 kHz sine, 1 V peak"
+        xdotool type --delay 5 "Bench test: 312.5 kHz sine, 40 V peak"
         click "$SETUP" 228 200
         xdotool type --delay 5 "Zorvik front panel"
         unfocus

@@ -1,8 +1,9 @@
 #!/bin/sh
-# Photographs the real front panel under Xvfb: `zorvik --demo` is started, POWER pressed, the
-# knobs set to show the demo sine and both cursor pairs switched on, then the window is saved
-# at 100 % and 200 % display scaling, and enlarged to the full screen and shrunk to its minimum
-# on 1280 x 1024 and 2560 x 1440 screens.
+# Photographs the real front panel under Xvfb as a new user first sees it: `zorvik --demo` is
+# started and POWER pressed, nothing else (the demo's first trace fills the graph at the knob
+# positions the program starts with). The window is saved at 100 % and 200 % display scaling,
+# enlarged to the full screen and shrunk to its minimum on 1280 x 1024 and 2560 x 1440 screens,
+# and made wide and short (1600 x 620).
 #
 #   scripts/panel-screenshots.sh [build-dir] [out-dir]
 #
@@ -96,16 +97,11 @@ wheel_at() {
     sleep 0.2
 }
 
-# The demo sine at 1 V/div and 1 ms/div, both cursor pairs on.
+# POWER, and the first traces of the demo's tour (a still 312.5 kHz sine of 40 V).
 set_up_panel() {
     click_at 601 47      # POWER
-    sleep 2              # the port search and the first frames
-    wheel_at 675 215 9   # H-SCALE from 1u to 1m
-    wheel_at 641 440 4   # V-SCALE from 20 to 1
-    click_at 316 454     # V-CURS
-    click_at 387 454     # H-CURS
     xdotool mousemove 0 0
-    sleep 1
+    sleep 2              # the port search and the first frames
 }
 
 shot() {
@@ -149,6 +145,15 @@ for screen in 1280x1024 2560x1440; do
     shot "panel-min-$screen"
     stop_screen
 done
+
+# Wide and short.
+start_screen 2560 1440
+start_app 1
+set_up_panel
+xdotool windowmove "$win" 0 0 windowsize "$win" 1600 620
+sleep 1
+shot panel-1600x620
+stop_screen
 
 if [ "${README:-0}" = 1 ]; then
     cp "$out/panel-100.png" "$here/docs/images/zorvik-panel.png"

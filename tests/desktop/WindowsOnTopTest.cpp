@@ -26,6 +26,15 @@ protected:
             const bool up = QTest::qWaitFor([w] { return onTopAndFocused(w); }, 5000);
             onTop[title] = up;
             openings.push_back(title.toStdString() + (up ? ": on top" : ": behind"));
+            if (!up) {
+                // What the X server had, for the failure message.
+                QString stack;
+                for (quint64 id : stackingOrder())
+                    stack += QString::number(id, 16) + ' ';
+                ADD_FAILURE() << title.toStdString() << " is 0x" << std::hex << w->winId()
+                              << "; focus 0x" << activeWindowId() << "; stacking (bottom first) "
+                              << stack.toStdString();
+            }
             next(w);
         });
     }
@@ -50,6 +59,9 @@ TEST_F(WindowsOnTop, TheAboutBoxAndSystemInformationFromTheMainWindow) {
 
 TEST_F(WindowsOnTop, TheAboutBoxFromTheFileWindowStandsAboveTheFileWindow) {
     frmMain& w = start();
+    // As a user finds it: the front panel on the screen, in front, before FILE is pressed.
+    w.activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return onTopAndFocused(&w); }, 5000));
     check("File", [this](QWidget* form) {
         auto* f = static_cast<frmFile*>(form);
         // Twice: the second time the About box is opened again from where it was left.
@@ -86,6 +98,8 @@ TEST_F(WindowsOnTop, TheAboutBoxAfterTheSplashScreen) {
 
 TEST_F(WindowsOnTop, MessagesFromTheMainWindow) {
     frmMain& w = start();
+    w.activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return onTopAndFocused(&w); }, 5000));
     check("Communication Error", [](QWidget* box) { box->close(); });
     w.CWBPwr->setValue(true); // no port is present: the search fails at once
     ASSERT_TRUE(QTest::qWaitFor([&] { return onTop.count("Communication Error") == 1; }, 10000));
