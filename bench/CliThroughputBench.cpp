@@ -38,8 +38,7 @@ double timed(const std::vector<std::string>& args, const std::string& out) {
     argv.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                     0644);
+    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     const auto start = Clock::now();
     pid_t pid = 0;
     if (posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ) != 0)
@@ -71,13 +70,14 @@ int main(int argc, char** argv) {
         else if (name == "--cli")
             cli = argv[i + 1];
     }
-    const fs::path dir = fs::temp_directory_path() / ("zorvik-cli-bench-" + std::to_string(::getpid()));
+    const fs::path dir =
+        fs::temp_directory_path() / ("zorvik-cli-bench-" + std::to_string(::getpid()));
     fs::create_directories(dir);
     const std::string recording = (dir / "recording.bin").string();
     {
         // The virtual probe's sine, frame after frame, as a capture --raw recording holds it.
-        const auto bytes = zorvik::makeProbeBytes(zorvik::ProbeSettings{},
-                                                  static_cast<std::uint64_t>(frames), 0);
+        const auto bytes =
+            zorvik::makeProbeBytes(zorvik::ProbeSettings{}, static_cast<std::uint64_t>(frames), 0);
         std::ofstream out(recording, std::ios::binary);
         out.write(reinterpret_cast<const char*>(bytes.data()),
                   static_cast<std::streamsize>(bytes.size()));

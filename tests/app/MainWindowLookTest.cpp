@@ -30,4 +30,3 @@ TEST_F(MainWindowLook, StatusBarTypeGrowsAndShrinksWithThePanel) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return pan->font().pointSizeF() <= design; }, 2000));
     EXPECT_EQ(w.sbrSampleRate->font().pointSizeF(), pan->font().pointSizeF());
 }
-
