@@ -4,6 +4,7 @@
 //
 //   zorvik_display_bench [--frames N] [--stream-frames N] [--graph WxH]
 #include "BenchSerialLink.h"
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
@@ -80,11 +81,9 @@ template <typename Pred> bool waitFor(Pred done, int ms) {
     return true;
 }
 
-MainWindowServices servicesFor(SerialLink& serial, PortMap& ports, const QString& folder) {
+MainWindowServices servicesFor(ProgramServices& shared, const QString& folder) {
     MainWindowServices s;
-    s.serial = &serial;
-    s.ports = &ports;
-    s.deviceExists = [](const QString&) { return true; };
+    shared.handTo(s);
     s.programFolder = folder;
     s.splashMinDisplayMs = 0;
     return s;
@@ -114,7 +113,8 @@ int latency(int frames, QSize graph, const QString& folder) {
     PortMap ports;
     ports.setDevice(1, "/bench/com1");
     bench::BenchSerialLink serial;
-    frmMain w(servicesFor(serial, ports, folder));
+    ProgramServices shared(serial, ports, [](const QString&) { return true; });
+    frmMain w(servicesFor(shared, folder));
     w.Form_Load();
     w.show();
     setUpPanel(w, graph);
@@ -133,7 +133,7 @@ int latency(int frames, QSize graph, const QString& folder) {
     w.CWBPwr->setValue(true);
     waitFor([&] { return serial.readPending(); }, 2000);
     serial.arrive(QByteArray(1, '\x24')); // the probe answers the search
-    if (!waitFor([&] { return w.blnLiveData && serial.readPending(); }, 2000)) {
+    if (!waitFor([&] { return w.model().blnLiveData && serial.readPending(); }, 2000)) {
         std::fprintf(stderr, "latency: the window did not take up the link\n");
         return 1;
     }
@@ -229,7 +229,8 @@ int throughput(int frames, QSize graph, const QString& folder) {
     PortMap ports;
     ports.setDevice(1, probe.devicePath());
     QtSerialLink serial;
-    frmMain w(servicesFor(serial, ports, folder));
+    ProgramServices shared(serial, ports, [](const QString&) { return true; });
+    frmMain w(servicesFor(shared, folder));
     w.Form_Load();
     w.show();
     setUpPanel(w, graph);
@@ -248,7 +249,7 @@ int throughput(int frames, QSize graph, const QString& folder) {
                 ++otherEvents;
             return;
         }
-        const RawSamples& raw = w.link().machine().bytRawData;
+        const RawSamples& raw = s.frame->bytRawData;
         const int n = sequence.value(QByteArray(reinterpret_cast<const char*>(raw.data()),
                                                 static_cast<qsizetype>(raw.size())),
                                      -1);

@@ -26,10 +26,10 @@ ProgramUnderTest::ProgramUnderTest(const QString& folder, const std::map<int, st
                                  ? it->second
                                  : "/nonexistent/zorvik-harness/COM" + std::to_string(n));
     }
+    m_shared = std::make_unique<ProgramServices>(
+        m_serial, m_ports, [](const QString& device) { return QFileInfo::exists(device); });
     MainWindowServices services;
-    services.serial = &m_serial;
-    services.ports = &m_ports;
-    services.deviceExists = [](const QString& device) { return QFileInfo::exists(device); };
+    m_shared->handTo(services);
     services.programFolder = m_folder;
     services.settingsPath = settingsPath();
     services.splashMinDisplayMs = 0;

@@ -3,6 +3,7 @@
 // around it: ways to run the event loop, a silent serial port and the virtual probe program.
 #pragma once
 
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
@@ -36,6 +37,7 @@ private:
     QString m_folder;
     PortMap m_ports;
     QtSerialLink m_serial;
+    std::unique_ptr<ProgramServices> m_shared;
     std::unique_ptr<frmMain> m_window;
 };
 

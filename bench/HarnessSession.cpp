@@ -73,11 +73,11 @@ int measureSession(const Options& options) {
     app.resetCounts();
     qint64 t0 = nowNs();
     runAsEvent([&] { w.CWBPwr->setValue(true); });
-    runUntil([&] { return w.blnLiveData || !w.CWBPwr->value(); }, 5000);
+    runUntil([&] { return w.model().blnLiveData || !w.CWBPwr->value(); }, 5000);
     result("search_ms", ms(nowNs() - t0), "ms",
            "POWER to live link: COM1 silent (1 s time-out), probe on COM2");
     reportStall("search_stall_ms", "longest event-loop stall while searching for the port");
-    if (!w.blnLiveData) {
+    if (!w.model().blnLiveData) {
         detail(QStringLiteral("the probe was not found"));
         return 1;
     }

@@ -53,7 +53,8 @@ private:
 
 bool powerOn(frmMain& w) {
     runAsEvent([&] { w.CWBPwr->setValue(true); });
-    return runUntil([&] { return w.blnLiveData || !w.CWBPwr->value(); }, 5000) && w.blnLiveData;
+    return runUntil([&] { return w.model().blnLiveData || !w.CWBPwr->value(); }, 5000) &&
+           w.model().blnLiveData;
 }
 
 } // namespace
@@ -102,7 +103,7 @@ int measureLatency(const Options& options) {
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [&](const ReceiveStep& s) {
         if (s.event != ReceiveEvent::Frame || !measuring)
             return;
-        const int n = sequence.numberOf(w.link().machine().bytRawData);
+        const int n = sequence.numberOf(s.frame->bytRawData);
         if (n < 0) {
             ++unknown;
             return;
@@ -196,7 +197,7 @@ int measureUnpaced(const Options& options) {
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [&](const ReceiveStep& s) {
         if (s.event != ReceiveEvent::Frame)
             return;
-        const int n = sequence.numberOf(w.link().machine().bytRawData);
+        const int n = sequence.numberOf(s.frame->bytRawData);
         if (n < 0) {
             ++unknown;
             return;

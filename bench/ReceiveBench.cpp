@@ -33,7 +33,7 @@ void runReceive(benchmark::State& state, ReceiveMachine& machine, OnFrame onFram
                 std::span(stream.data() + pos, static_cast<std::size_t>(next.count)));
             pos += static_cast<std::size_t>(next.count);
             next = step.next;
-            if (step.show) {
+            if (step.frame.has_value()) {
                 onFrame();
                 ++frames;
             }
@@ -48,7 +48,7 @@ void runReceive(benchmark::State& state, ReceiveMachine& machine, OnFrame onFram
 /// The receive cycle alone: two-byte probe, sync found, the rest of the frame stored.
 void BM_ReceiveMachine(benchmark::State& state) {
     ReceiveMachine machine;
-    runReceive(state, machine, [&] { benchmark::DoNotOptimize(machine.bytRawData); });
+    runReceive(state, machine, [&] { benchmark::DoNotOptimize(machine.bytRawData()); });
 }
 BENCHMARK(BM_ReceiveMachine);
 
@@ -89,7 +89,7 @@ void BM_ReceiveDecodeVolts(benchmark::State& state) {
     ReceiveMachine machine;
     AcquisitionValues values;
     runReceive(state, machine, [&] {
-        FormatDispDataResult r = FormatDispData(machine.state, machine.bytRawData, values);
+        FormatDispDataResult r = FormatDispData(machine.state(), machine.bytRawData(), values);
         benchmark::DoNotOptimize(r);
     });
 }

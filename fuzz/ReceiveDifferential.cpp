@@ -52,11 +52,11 @@ std::vector<CycleRecord> runReceiveMachine(const LineScript& script) {
         r.pointer = step.pointer1.value_or(-1);
         r.disablePrint = step.disablePrint;
         r.resetInput = step.resetInput;
-        r.show = step.show;
+        r.show = step.frame.has_value();
         r.nextCount = step.next.count;
         r.nextTimed = step.next.timed;
-        r.state = machine.state;
-        r.samples = machine.bytRawData;
+        r.state = machine.state();
+        r.samples = machine.bytRawData();
         check(step.next == machine.pending(), "the step's next read is not the pending read");
         out.push_back(r);
         if (step.resetInput)

@@ -2,6 +2,7 @@
 #include "app/frmMain.h"
 
 #include "dialogs/OptionsHost.h"
+#include "display/AcquisitionFeed.h"
 #include "instrument/PortInventory.h"
 #include "printing/PrintingServices.h"
 #include "support/ElasticWidgetForm.h"
@@ -39,13 +40,13 @@ frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
     : QMainWindow(parent), services_(services) {
     setObjectName("frmMain");
     setWindowTitle("Zorvik");
-    link_ = new InstrumentLink(
-        *services_.serial, *services_.ports,
-        [this](int n) { return ComPortExists(static_cast<std::int16_t>(n)); }, this);
+    link_ = services_.link;
+    printing_ = services_.printing;
     connect(link_, &InstrumentLink::searchFinished, this, &frmMain::onSearchFinished);
     connect(link_, &InstrumentLink::received, this, &frmMain::onReceived);
     connect(link_, &InstrumentLink::failed, this, &frmMain::CWSerial1_Error);
-    printing_ = std::make_unique<PrintingServices>();
+    // The display chain is the first subscriber of the decoded frames.
+    connect(services_.feed, &AcquisitionFeed::frameDecoded, this, &frmMain::showFrame);
     buildPanel();
     connectPanel();
     // F1 from any of the program's windows (frmMainHelp.cpp).
@@ -80,8 +81,8 @@ void frmMain::Form_Load() {
     lngBaudRate = kBaudRate;
     ComPort = 1;
     blnAutoPort = true;
-    blnLiveData = false;
-    blnRefLoaded = false;
+    model_.blnLiveData = false;
+    model_.blnRefLoaded = false;
 
     // 6. and 7. Bare status labels, indicator pointers hidden as at power-off.
     writeBareStatusLabels();
@@ -148,15 +149,13 @@ void frmMain::showEvent(QShowEvent* event) {
     // area where it was asked to be: look for it a few times a second. Without a window
     // manager (or one that draws no frame) there is nothing to wait for after a while.
     frameWatch_ = new QTimer(this);
-    QElapsedTimer* since = new QElapsedTimer;
-    since->start();
-    connect(frameWatch_, &QTimer::timeout, this, [this, since] {
+    frameWatchClock_.start();
+    connect(frameWatch_, &QTimer::timeout, this, [this] {
         settleStartupPlacement();
-        if (!startupPlacement_ || since->elapsed() > kFrameWaitMs) {
+        if (!startupPlacement_ || frameWatchClock_.elapsed() > kFrameWaitMs) {
             startupPlacement_ = false;
             frameWatch_->stop();
             frameWatch_->deleteLater();
-            delete since;
         }
     });
     frameWatch_->start(20);

@@ -1,13 +1,13 @@
 // The oscilloscope's main window: front panel, graph, status bar, and the instrument link.
 #pragma once
 
-#include "display/FormatDispData.h"
-#include "display/TraceArrays.h"
+#include "display/DisplayModel.h"
 #include "instrument/InstrumentLink.h"
 #include "support/SystemInfoDialog.h"
 #include "support/frmSplash.h"
 
 #include <QColor>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
@@ -29,15 +29,22 @@ class ScopeGraph;
 class Slide;
 class ElasticWidgetForm;
 class PrintingServices;
+class AcquisitionFeed;
+class cInifile;
 class cHTMLHelp;
 class class_Elastic;
 class OptionsHost;
 class frmFile;
 
-/// What the composition root hands the main window.
+/// What the composition root hands the main window (ProgramServices::handTo fills in all but
+/// the folders and files).
 struct MainWindowServices {
-    SerialLink* serial = nullptr; ///< the serial control `CWSerial1`
-    PortMap* ports = nullptr;     ///< COM1..COM8 and their devices
+    SerialLink* serial = nullptr;         ///< the serial control `CWSerial1`
+    const PortMap* ports = nullptr;       ///< COM1..COM8 and their devices
+    InstrumentLink* link = nullptr;       ///< the link that drives `serial`
+    AcquisitionFeed* feed = nullptr;      ///< decoded frames in, the displayed acquisition out
+    cInifile* ini = nullptr;              ///< the INI object the settings and waveform files use
+    PrintingServices* printing = nullptr; ///< `EasyPrint1`, the picture holder, the margins
     /// Tells whether a device exists, without opening it.
     std::function<bool(const QString&)> deviceExists;
     QString programFolder; ///< folder of the running program
@@ -71,24 +78,10 @@ public:
     std::int16_t ComPort = 1;
     bool blnAutoPort = true;
     std::int32_t lngBaudRate = 19200;
-    bool blnLiveData = false;
 
-    // Display values.
-    AcquisitionValues acquisition; ///< sngVoltsPerCount, sngSampleInterval, strSampleRate, ...
-    float sngChaGain = 0.0f;
-    float sngChaOffset = 0.0f;
-    std::int32_t lngDivPerSec = 0;
-    std::int16_t intTimeUnit = 0;
-    double varGraphOffset = 0.0;
-    TraceArray sngChaVolts{};
-    TraceArray sngChaPlot{};
-    TraceArray sngRefPlot{};
-
-    // Reference store.
-    TraceArray sngRefVolts{};
-    float sngRefVoltsPerCount = 0.0f;
-    float sngRefSampleInterval = 0.0f;
-    bool blnRefLoaded = false;
+    /// The acquisition on screen: the record shown, the scale, the traces, the reference store.
+    DisplayModel& model() { return model_; }
+    const DisplayModel& model() const { return model_; }
 
     /// Colours the graph had at start-up (the options dialog's defaults).
     GraphColors defaultColors;
@@ -146,6 +139,8 @@ public:
 
     /// The print control `EasyPrint1`, the hidden picture holder and the kept margins.
     PrintingServices& printing() { return *printing_; }
+    /// The program's INI object.
+    cInifile& profile() { return *services_.ini; }
     /// The splash form, which also serves as the About box.
     frmSplash* splash() const { return splash_; }
     /// Shows the About box, owned by `owner`.
@@ -221,17 +216,19 @@ private:
     void powerOff();
     void onSearchFinished(bool answered, int port);
     void onReceived(const ReceiveStep& step);
+    void showFrame(const DecodedFrame& frame);
     void CWSerial1_Error();
     QList<SerialPortRow> serialPortRows() const;
     static void releaseAfterModal(LitButton* button);
 
     MainWindowServices services_;
     InstrumentLink* link_ = nullptr;
+    DisplayModel model_;
     QPointer<frmSplash> splash_;
     std::unique_ptr<class_Elastic> elastic_;
     std::unique_ptr<ElasticWidgetForm> elasticForm_;
     std::unique_ptr<cHTMLHelp> help_;
-    std::unique_ptr<PrintingServices> printing_;
+    PrintingServices* printing_ = nullptr;
     std::unique_ptr<OptionsHost> optionsHost_;
     bool layoutSuspended_ = false;
     bool unloaded_ = false;
@@ -239,7 +236,8 @@ private:
     bool fileFormOpen_ = false;     ///< the File window that FILE opened is open
     bool startupPlacement_ = false; ///< the start-up size waits for the window manager's frame
     bool shownOnce_ = false;
-    QPointer<QTimer> frameWatch_; ///< looks for that frame after the window shows
+    QPointer<QTimer> frameWatch_;   ///< looks for that frame after the window shows
+    QElapsedTimer frameWatchClock_; ///< time since the frame watch started
 };
 
 } // namespace zorvik

@@ -2,6 +2,7 @@
 // the scales and the cursor readouts. The arithmetic lives in the display core.
 #include "app/frmMain.h"
 
+#include "display/AcquisitionFeed.h"
 #include "display/ChartA.h"
 #include "display/CursorReadouts.h"
 #include "display/GraphFurniture.h"
@@ -17,8 +18,7 @@
 namespace zorvik {
 
 void frmMain::FormatDispData() {
-    const FormatDispDataResult r =
-        zorvik::FormatDispData(link_->machine().state, link_->machine().bytRawData, acquisition);
+    const FormatDispDataResult r = model_.decode();
     if (r.CWSCoupling)
         CWSCoupling->setValue(*r.CWSCoupling);
     if (r.CWSRange)
@@ -26,7 +26,6 @@ void frmMain::FormatDispData() {
     if (r.CWSTrigger)
         CWSTrigger->setValue(*r.CWSTrigger);
     setStatus(sbrSampleRate, QString::fromStdString(r.sbrSampleRate));
-    sngChaVolts = r.sngChaVolts;
     // The indicators show again while frames arrive (power-off and start-up hide them).
     CWSTrigger->setPointerVisible(true);
     CWSCoupling->setPointerVisible(true);
@@ -36,16 +35,16 @@ void frmMain::FormatDispData() {
 
 void frmMain::ChartA() {
     ChartInputs in;
-    in.blnLiveData = blnLiveData;
-    in.blnRefLoaded = blnRefLoaded;
+    in.blnLiveData = model_.blnLiveData;
+    in.blnRefLoaded = model_.blnRefLoaded;
     in.CWBRef = CWBRef->value();
     in.CWBChaInv = CWBChaInv->value();
-    in.sngChaGain = sngChaGain;
-    in.sngChaOffset = sngChaOffset;
-    in.lngDivPerSec = lngDivPerSec;
-    in.sngSampleInterval = acquisition.sngSampleInterval;
-    in.sngRefSampleInterval = sngRefSampleInterval;
-    const ChartAResult r = zorvik::ChartA(in, sngChaVolts, sngRefVolts);
+    in.sngChaGain = model_.sngChaGain;
+    in.sngChaOffset = model_.sngChaOffset;
+    in.lngDivPerSec = model_.lngDivPerSec;
+    in.sngSampleInterval = model_.acquisition.sngSampleInterval;
+    in.sngRefSampleInterval = model_.sngRefSampleInterval;
+    const ChartAResult r = zorvik::ChartA(in, model_.sngChaVolts, model_.sngRefVolts);
     auto apply = [this](const char* plot, const PlotUpdate& u, TraceArray& store) {
         if (u.action == PlotAction::Clear) {
             CWGraph1->clearData(plot);
@@ -54,36 +53,37 @@ void frmMain::ChartA() {
             CWGraph1->plotY(plot, store.data(), static_cast<int>(store.size()), u.firstX, u.xStep);
         }
     };
-    apply("CHa", r.CHa, sngChaPlot);
-    apply("Ref", r.Ref, sngRefPlot);
+    apply("CHa", r.CHa, model_.sngChaPlot);
+    apply("Ref", r.Ref, model_.sngRefPlot);
     CWGraph1->redraw();
+    services_.feed->announce(model_);
 }
 
 void frmMain::ShowTrigLevel() {
     const TrigIndicatorPointers p =
-        zorvik::ShowTrigLevel(acquisition.sngTrigLevel, sngChaGain, sngChaOffset,
-                              CWBChaInv->value(), CWSCHaOffset->value());
+        zorvik::ShowTrigLevel(model_.acquisition.sngTrigLevel, model_.sngChaGain,
+                              model_.sngChaOffset, CWBChaInv->value(), CWSCHaOffset->value());
     CWSTrigInd->setPointerValue("TrigLvl", p.TrigLvl);
     CWSTrigInd->setPointerValue("CHa_Zero", p.CHa_Zero);
 }
 
 void frmMain::SetXAxis() {
-    CWGraph1->setAxisMinimum("XAxis", varGraphOffset);
+    CWGraph1->setAxisMinimum("XAxis", model_.varGraphOffset);
     CWGraph1->setAxisMaximum("XAxis", xAxisMaximum(CWGraph1->axisMinimum("XAxis")));
     CWGraph1->redraw();
 }
 
 void frmMain::SetChaScale() {
     if (const auto gain = chaGainForPosition(CWKChaLvl->value()))
-        sngChaGain = *gain;
-    sngChaOffset = static_cast<float>(CWSCHaOffset->value());
+        model_.sngChaGain = *gain;
+    model_.sngChaOffset = static_cast<float>(CWSCHaOffset->value());
     DisplayCursorData();
 }
 
 void frmMain::SetTimeScale() {
     if (const auto scale = timeScaleForPosition(CWKTimeRange->value())) {
-        lngDivPerSec = scale->lngDivPerSec;
-        intTimeUnit = scale->intTimeUnit;
+        model_.lngDivPerSec = scale->lngDivPerSec;
+        model_.intTimeUnit = scale->intTimeUnit;
     }
 }
 
@@ -101,9 +101,9 @@ void frmMain::DisplayCursorData() {
     in.Cursor2X = position("Cursor2", true);
     in.Cursor3Y = position("Cursor3", false);
     in.Cursor4Y = position("Cursor4", false);
-    in.sngChaGain = sngChaGain;
-    in.lngDivPerSec = lngDivPerSec;
-    in.intTimeUnit = intTimeUnit;
+    in.sngChaGain = model_.sngChaGain;
+    in.lngDivPerSec = model_.lngDivPerSec;
+    in.intTimeUnit = model_.intTimeUnit;
     const CursorReadouts r = zorvik::DisplayCursorData(in);
     auto show = [](QLabel* label, const std::optional<std::string>& text) {
         if (!text)

@@ -47,8 +47,8 @@ void frmMain::CWKChaLvl_ValueChanged(int) {
 }
 
 void frmMain::CWSCHaOffset_ValueChanged(double Value) {
-    sngChaOffset = static_cast<float>(Value);
-    CWBChaCalLed->setValue(sngChaOffset != 0.0f);
+    model_.sngChaOffset = static_cast<float>(Value);
+    CWBChaCalLed->setValue(model_.sngChaOffset != 0.0f);
     ChartA();
     ShowTrigLevel();
 }
@@ -66,7 +66,7 @@ void frmMain::CWBChaInv_ValueChanged(bool Value) {
 }
 
 void frmMain::CWSPan_ValueChanged(double Value) {
-    varGraphOffset = Value;
+    model_.varGraphOffset = Value;
     SetXAxis();
 }
 
@@ -100,22 +100,22 @@ void frmMain::CWGraph1_CursorChange(const QString&) {
 void frmMain::CWBStoreRef_ValueChanged(bool Value) {
     if (Value) {
         CWBStoreRef->repaint();
-        sngRefVoltsPerCount = acquisition.sngVoltsPerCount;
-        sngRefSampleInterval = acquisition.sngSampleInterval;
-        sngRefVolts = sngChaVolts;
+        model_.sngRefVoltsPerCount = model_.acquisition.sngVoltsPerCount;
+        model_.sngRefSampleInterval = model_.acquisition.sngSampleInterval;
+        model_.sngRefVolts = model_.sngChaVolts;
         if (!CWBRef->value())
             CWBRef->setValue(true);
-        if (blnLiveData && CWBPwr->value())
+        if (model_.blnLiveData && CWBPwr->value())
             holdAcquisition();
         CWGraph1->setPlotVisible("CHa", false);
         CWSTrigger->setPointerValue("Pointer-1", kPointerTriggered);
         CWSTrigger->setPointerVisible("Pointer-1", true);
         CWBPrint->setEnabled(true);
-        blnRefLoaded = false;
+        model_.blnRefLoaded = false;
         ChartA();
         return;
     }
-    if (blnLiveData && CWBPwr->value())
+    if (model_.blnLiveData && CWBPwr->value())
         resumeAcquisition();
     CWBPrint->setEnabled(false);
     CWGraph1->setPlotVisible("CHa", true);
@@ -126,7 +126,7 @@ void frmMain::CWBRef_ValueChanged(bool Value) {
     if (Value) {
         ChartA();
         CWGraph1->setPlotVisible("Ref", true);
-        if (CWBStoreRef->value() || blnRefLoaded)
+        if (CWBStoreRef->value() || model_.blnRefLoaded)
             CWBPrint->setEnabled(true);
         return;
     }
@@ -140,7 +140,7 @@ void frmMain::CWBFile_ValueChanged(bool Value) {
     // The file window opens from the event loop, after the press has been handled, so the
     // button's release is not lost to the modal window.
     QTimer::singleShot(0, this, [this] {
-        const bool wasLive = CWBPwr->value() && blnLiveData;
+        const bool wasLive = CWBPwr->value() && model_.blnLiveData;
         if (wasLive)
             link_->stopReception();
         // A port search that finds the probe while the window is open leaves reception to
@@ -149,7 +149,7 @@ void frmMain::CWBFile_ValueChanged(bool Value) {
         if (openFileForm)
             openFileForm(*this);
         fileFormOpen_ = false;
-        if (CWBPwr->value() && blnLiveData && !CWBStoreRef->value())
+        if (CWBPwr->value() && model_.blnLiveData && !CWBStoreRef->value())
             link_->resetAndArm();
         releaseAfterModal(CWBFile);
     });

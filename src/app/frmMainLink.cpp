@@ -2,6 +2,7 @@
 // events of the serial control.
 #include "app/frmMain.h"
 
+#include "app/ProgramServices.h"
 #include "support/MessageBox.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Led.h"
@@ -18,10 +19,7 @@ const char* const kCommText = "Unable to Communicate with Instrument - Check Por
 } // namespace
 
 bool frmMain::ComPortExists(std::int16_t n) const {
-    const std::string device = services_.ports->devicePath(n);
-    if (device.empty() || !services_.deviceExists)
-        return false;
-    return services_.deviceExists(QString::fromStdString(device));
+    return comPortExists(*services_.ports, services_.deviceExists, n);
 }
 
 void frmMain::InitHdwe() {
@@ -53,7 +51,7 @@ void frmMain::onSearchFinished(bool answered, int port) {
         lngBaudRate = link_->serial().baudRate();
         setStatus(sbrBaudRate, QString("Baud: %1").arg(lngBaudRate));
         setStatus(sbrComPort, QString("Com: %1").arg(ComPort));
-        blnLiveData = true;
+        model_.blnLiveData = true;
         link_->machine().blnAcquire = true;
 
         CWBStoreRef->setEnabled(true);
@@ -71,7 +69,7 @@ void frmMain::onSearchFinished(bool answered, int port) {
                        QString::fromStdString(describePorts(link_->lastSearch())));
     setStatus(sbrBaudRate, "Baud: ");
     setStatus(sbrComPort, "Com: ");
-    blnLiveData = false;
+    model_.blnLiveData = false;
 
     CWBStoreRef->setEnabled(false);
     CWBRef->setValue(false);
@@ -87,16 +85,16 @@ void frmMain::powerOff() {
     CWBPwrLed->setValue(false);
 
     CWGraph1->clearAllPlots();
-    sngChaPlot.fill(0.0f);
-    sngRefPlot.fill(0.0f);
+    model_.sngChaPlot.fill(0.0f);
+    model_.sngRefPlot.fill(0.0f);
 
     link_->close();
 
     writeBareStatusLabels();
     hideIndicatorPointers();
 
-    sngChaVolts.fill(0.0f);
-    blnLiveData = false;
+    model_.sngChaVolts.fill(0.0f);
+    model_.blnLiveData = false;
     ChartA();
 }
 
@@ -107,11 +105,13 @@ void frmMain::onReceived(const ReceiveStep& step) {
         CWSTrigger->setPointerValue("Pointer-1", *step.pointer1);
         CWSTrigger->setPointerVisible("Pointer-1", true);
     }
-    if (step.show) {
-        FormatDispData();
-        ChartA();
-        ShowTrigLevel();
-    }
+}
+
+void frmMain::showFrame(const DecodedFrame& frame) {
+    model_.take(frame);
+    FormatDispData();
+    ChartA();
+    ShowTrigLevel();
 }
 
 void frmMain::CWSerial1_Error() {
@@ -120,12 +120,13 @@ void frmMain::CWSerial1_Error() {
     inErrorPath_ = true;
     setStatus(sbrBaudRate, "Baud: ");
     setStatus(sbrComPort, "Com: ");
-    setStatus(sbrSampleRate, "Sample Rate: " + QString::fromStdString(acquisition.strSampleRate));
+    setStatus(sbrSampleRate,
+              "Sample Rate: " + QString::fromStdString(model_.acquisition.strSampleRate));
     MessageBoxes::show(this, MsgIcon::Critical, kCommTitle, kCommText, QMessageBox::Ok,
                        QString::fromStdString(describePort(link_->lastFailure()) + "\n"));
     CWBPwr->setValue(false);
     link_->machine().blnAcquire = false;
-    blnLiveData = false;
+    model_.blnLiveData = false;
     inErrorPath_ = false;
 }
 

@@ -35,7 +35,7 @@ public:
     bool portIsOpen() const override { return w_.link().serial().isOpen(); }
     void closePort() override { w_.closePort(); }
     void openPort() override { w_.openPort(); }
-    bool liveData() const override { return w_.blnLiveData; }
+    bool liveData() const override { return w_.model().blnLiveData; }
     void resumeReception() override { w_.resumeAcquisition(); }
 
     QColor cursorColor(const QString& cursor) const override {

@@ -157,15 +157,14 @@ void frmMain::readSettings() {
     if (services_.settingsPath.isEmpty())
         return;
     MainWindowSettings panel(*this);
-    SettingsFile::read(cInifile::instance(), settingsLocation(services_).readPath().string(),
-                       panel);
+    SettingsFile::read(*services_.ini, settingsLocation(services_).readPath().string(), panel);
 }
 
 void frmMain::writeSettings() {
     if (services_.settingsPath.isEmpty())
         return;
     MainWindowSettings panel(*this);
-    SettingsFile::write(cInifile::instance(), settingsLocation(services_), panel);
+    SettingsFile::write(*services_.ini, settingsLocation(services_), panel);
 }
 
 } // namespace zorvik

@@ -28,12 +28,12 @@ public:
 
     double timeRangeValue() const override { return w_.CWKTimeRange->value(); }
     double chaLevelValue() const override { return w_.CWKChaLvl->value(); }
-    double graphOffset() const override { return w_.varGraphOffset; }
+    double graphOffset() const override { return w_.model().varGraphOffset; }
     double chaOffsetValue() const override { return w_.CWSCHaOffset->value(); }
     bool invertValue() const override { return w_.CWBChaInv->value(); }
-    HardwareState hardware() const override { return w_.link().machine().state; }
-    TraceArray refVolts() const override { return w_.sngRefVolts; }
-    float refSampleInterval() const override { return w_.sngRefSampleInterval; }
+    HardwareState hardware() const override { return w_.model().state; }
+    TraceArray refVolts() const override { return w_.model().sngRefVolts; }
+    float refSampleInterval() const override { return w_.model().sngRefSampleInterval; }
 
     void setTimeRange(std::int32_t position) override {
         checkPosition(w_.CWKTimeRange, position);
@@ -53,16 +53,18 @@ public:
             throw std::out_of_range("offset beyond the slide");
         s->setValueSilently(value);
         w_.SetChaScale();
-        w_.CWBChaCalLed->setValue(w_.sngChaOffset != 0.0f);
+        w_.CWBChaCalLed->setValue(w_.model().sngChaOffset != 0.0f);
     }
     void setInvert(bool value) override {
         w_.CWBChaInv->setValueSilently(value);
         w_.CWBChaInvLed->setValue(value);
     }
     void setReference(bool value) override { w_.CWBRef->setValueSilently(value); }
-    void setHardware(const HardwareState& state) override { w_.link().machine().state = state; }
-    void setRefSample(std::size_t index, float volts) override { w_.sngRefVolts.at(index) = volts; }
-    void setRefSampleInterval(float seconds) override { w_.sngRefSampleInterval = seconds; }
+    void setHardware(const HardwareState& state) override { w_.model().state = state; }
+    void setRefSample(std::size_t index, float volts) override {
+        w_.model().sngRefVolts.at(index) = volts;
+    }
+    void setRefSampleInterval(float seconds) override { w_.model().sngRefSampleInterval = seconds; }
 
 private:
     static void checkPosition(const Knob* knob, std::int32_t position) {
@@ -77,9 +79,10 @@ class MainWindowFileHost final : public FileFormHost {
 public:
     explicit MainWindowFileHost(frmMain& w) : w_(w), waveform_(w) {}
 
+    cInifile& profile() override { return w_.profile(); }
     WaveformTarget& waveform() override { return waveform_; }
     bool referenceShown() const override { return w_.CWBRef->value(); }
-    void setRefLoaded(bool value) override { w_.blnRefLoaded = value; }
+    void setRefLoaded(bool value) override { w_.model().blnRefLoaded = value; }
     void FormatDispData() override { w_.FormatDispData(); }
     void ChartA() override { w_.ChartA(); }
     void CWBRef_ValueChanged(bool Value) override { w_.CWBRef_ValueChanged(Value); }

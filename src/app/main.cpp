@@ -1,6 +1,8 @@
-// Composition root of the zorvik program: creates the serial link, the port mapping and the
-// main window, wires the windows that the front panel opens, and runs the event loop.
+// Composition root of the zorvik program: creates the port mapping, the serial control, the
+// services the windows share (INI object, instrument link, frame feed, printing) and the main
+// window, wires what uses the trace to the frame feed, and runs the event loop.
 #include "app/ApplicationSetup.h"
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "instrument/PortMap.h"
 #include "instrument/QtSerialLink.h"
@@ -77,10 +79,12 @@ int main(int argc, char** argv) {
         qWarning("zorvik: this build has no virtual probe");
 #endif
 
+    // The INI object, the instrument link on the serial control, the feed that hands every
+    // decoded frame to whatever uses the trace, and the printing services.
+    ProgramServices shared(serial, ports,
+                           [](const QString& device) { return QFileInfo::exists(device); });
     MainWindowServices services;
-    services.serial = &serial;
-    services.ports = &ports;
-    services.deviceExists = [](const QString& device) { return QFileInfo::exists(device); };
+    shared.handTo(services);
     services.programFolder = programFolder;
     services.settingsPath = QString::fromStdString(settings.file.string());
     services.settingsOriginal = QString::fromStdString(settings.original.string());
@@ -92,7 +96,7 @@ int main(int argc, char** argv) {
 #ifdef ZORVIK_HAVE_VIRTUAL_PROBE
     // Each time POWER finds the demo probe, its tour starts again from the still sine.
     if (probe) {
-        QObject::connect(&window.link(), &InstrumentLink::searchFinished, &window,
+        QObject::connect(&shared.link, &InstrumentLink::searchFinished, &window,
                          [tour](bool answered, int) {
                              if (answered)
                                  tour->restart();

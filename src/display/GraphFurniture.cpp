@@ -18,8 +18,4 @@ double xAxisMaximum(double minimumAsReadBack) {
     return minimumAsReadBack + kVisibleDivisions;
 }
 
-XAxisRange SetXAxis(double varGraphOffset) {
-    return {varGraphOffset, xAxisMaximum(varGraphOffset)};
-}
-
 } // namespace zorvik

@@ -31,8 +31,4 @@ struct XAxisRange {
 /// wide even when the axis adjusts the value it was given.
 double xAxisMaximum(double minimumAsReadBack);
 
-/// Panning: the visible window starts at varGraphOffset and is 10 divisions wide. Only the
-/// axis moves; the traces are not recomputed.
-XAxisRange SetXAxis(double varGraphOffset);
-
 } // namespace zorvik

@@ -23,7 +23,7 @@ void ReceiveMachine::stop() {
 }
 
 ReceiveStep ReceiveMachine::onData(std::span<const std::uint8_t> bytes) {
-    Value.assign(bytes.begin(), bytes.end());
+    Value_.assign(bytes.begin(), bytes.end());
     switch (expect_) {
     case Expect::Probe:
         return onProbe();
@@ -55,15 +55,15 @@ ReceiveStep ReceiveMachine::onProbe() {
         return step;
     }
     step.disablePrint = true;
-    if (Value.size() != 2) {
+    if (Value_.size() != 2) {
         // Not a two-byte probe: the present record is shown again and the cycle goes on.
         step.event = ReceiveEvent::Redraw;
-        step.show = true;
+        step.frame = record(ReceiveEvent::Redraw);
         step.next = arm();
         return step;
     }
-    const std::uint8_t b0 = Value[0];
-    const std::uint8_t b1 = Value[1];
+    const std::uint8_t b0 = Value_[0];
+    const std::uint8_t b1 = Value_[1];
     if (b0 == kSyncByte && b1 == kSyncByte) {
         step.event = ReceiveEvent::Waiting;
         step.pointer1 = kPointerWaiting;
@@ -93,7 +93,7 @@ ReceiveStep ReceiveMachine::onProbe() {
 
 ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
     ReceiveStep step;
-    const auto& r = Value;
+    const auto& r = Value_;
     // A byte the read did not bring leaves its field as it was (the store is skipped).
     auto store = [&r](std::uint8_t& field, std::size_t index) {
         if (index < r.size())
@@ -101,26 +101,26 @@ ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
     };
     bool isShort = false;
     if (!syncInPlace1) {
-        state.bytSwitchSetting = syncField_;
-        store(state.bytTimebaseDef, 0);
-        store(state.bytTriggerDef, 1);
-        store(state.bytTriggerLvl, 2);
-        store(state.bytDVM100, 132);
-        store(state.bytDVM10, 133);
-        store(state.bytDVM1, 134);
-        store(state.bytDVMflags, 135);
+        state_.bytSwitchSetting = syncField_;
+        store(state_.bytTimebaseDef, 0);
+        store(state_.bytTriggerDef, 1);
+        store(state_.bytTriggerLvl, 2);
+        store(state_.bytDVM100, 132);
+        store(state_.bytDVM10, 133);
+        store(state_.bytDVM1, 134);
+        store(state_.bytDVMflags, 135);
         isShort = !copySamples(3, 130);
     } else {
         // The state bytes are stored before the frame is checked; a rejected frame keeps
         // them. This order is deliberate.
-        store(state.bytSwitchSetting, 1);
-        store(state.bytTimebaseDef, 2);
-        store(state.bytTriggerDef, 3);
-        store(state.bytTriggerLvl, 4);
-        store(state.bytDVM100, 134);
-        store(state.bytDVM10, 135);
-        store(state.bytDVM1, 136);
-        store(state.bytDVMflags, 137);
+        store(state_.bytSwitchSetting, 1);
+        store(state_.bytTimebaseDef, 2);
+        store(state_.bytTriggerDef, 3);
+        store(state_.bytTriggerLvl, 4);
+        store(state_.bytDVM100, 134);
+        store(state_.bytDVM10, 135);
+        store(state_.bytDVM1, 136);
+        store(state_.bytDVMflags, 137);
         const bool valid = r.size() >= 2 && r[0] == kSyncByte && r[1] != kSyncByte;
         if (!valid) {
             step.event = ReceiveEvent::Rejected;
@@ -130,7 +130,8 @@ ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
         isShort = !copySamples(5, 132);
     }
     step.event = isShort ? ReceiveEvent::Short : ReceiveEvent::Frame;
-    step.show = !isShort;
+    if (!isShort)
+        step.frame = record(ReceiveEvent::Frame);
     step.next = arm();
     return step;
 }
@@ -140,12 +141,12 @@ bool ReceiveMachine::copySamples(int first, int last) {
     // guard: an index above (highest index - 2) marks the frame short, keeping the samples
     // copied before it. The samples are copied as one block, which is what makes the receive
     // cycle cheap per frame.
-    const int highest = static_cast<int>(Value.size()) - 1;
+    const int highest = static_cast<int>(Value_.size()) - 1;
     const int wanted = std::min(last - first + 1, static_cast<int>(kSamplesPerFrame));
     const int available = std::clamp(highest - 2 - first + 1, 0, wanted);
     if (available > 0)
-        std::copy_n(Value.begin() + first, available, bytRawData.begin());
-    intFrameIndex = 1 + available;
+        std::copy_n(Value_.begin() + first, available, bytRawData_.begin());
+    intFrameIndex_ = 1 + available;
     return available == wanted;
 }
 

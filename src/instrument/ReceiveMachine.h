@@ -6,7 +6,7 @@
 // performs the reads it asks for and feeds back what arrived.
 #pragma once
 
-#include "instrument/HardwareState.h"
+#include "instrument/DecodedFrame.h"
 
 #include <cstdint>
 #include <optional>
@@ -30,28 +30,15 @@ inline constexpr int kPointerWaiting = 300;
 /// Value of "Pointer-1" for a triggered frame.
 inline constexpr int kPointerTriggered = 0;
 
-/// What one completed read meant.
-enum class ReceiveEvent {
-    Held,      ///< a two-byte probe arrived while acquisition is held: stored in Value only
-    Waiting,   ///< waiting marker 0x7D 0x7D: input discarded, probe again
-    Hunt,      ///< no sync byte in the probe: two bytes dropped, probe again
-    SyncFound, ///< sync byte in place 0 or 1: the rest of the frame is being read
-    Frame,     ///< a whole frame was stored: decode and show it
-    Rejected,  ///< read after a sync in place 1 failed its check: state bytes kept, no samples
-    Short,     ///< the rest of the frame came short: not shown
-    Redraw,    ///< a probe of other than two bytes: the last record is shown again
-    TimedOut,  ///< the rest of a frame did not arrive in time: the link's failure path
-    Ignored,   ///< bytes arrived with no read armed
-};
-
 /// The machine's decision for one event, for the form and the link to carry out in order.
 struct ReceiveStep {
     ReceiveEvent event = ReceiveEvent::Ignored;
     std::optional<int> pointer1; ///< new value of the trigger indicator's "Pointer-1"
     bool disablePrint = false;   ///< PRINT is disabled while live frames arrive
     bool resetInput = false;     ///< discard the port's buffered input before the next read
-    bool show = false;           ///< run FormatDispData, ChartA and ShowTrigLevel on the record
-    ReadRequest next;            ///< the read to arm afterwards
+    /// The record to show (FormatDispData, ChartA and ShowTrigLevel), for Frame and Redraw.
+    std::optional<DecodedFrame> frame;
+    ReadRequest next; ///< the read to arm afterwards
 };
 
 class ReceiveMachine {
@@ -59,14 +46,16 @@ public:
     /// Frames are accepted only while this is set; a probe arriving while it is clear pauses
     /// reception (no read is re-armed) until the holder re-arms.
     bool blnAcquire = false;
-    /// The hardware-state record of the last stored frame.
-    HardwareState state;
-    /// Samples of the last shown frame.
-    RawSamples bytRawData{};
+
+    /// The hardware-state record of the last stored frame (a rejected or short read keeps the
+    /// state bytes it brought).
+    const HardwareState& state() const { return state_; }
+    /// Samples of the last frame (a short read leaves the samples it brought).
+    const RawSamples& bytRawData() const { return bytRawData_; }
     /// The bytes delivered by the latest read.
-    std::vector<std::uint8_t> Value;
-    /// Next sample slot (1..128) while a frame is copied.
-    int intFrameIndex = 0;
+    const std::vector<std::uint8_t>& Value() const { return Value_; }
+    /// Next sample slot (1..128) after the last frame was copied.
+    int intFrameIndex() const { return intFrameIndex_; }
 
     /// Starts (or restarts) the cycle: the two-byte probe.
     ReadRequest arm();
@@ -87,10 +76,15 @@ private:
     ReceiveStep onProbe();
     ReceiveStep onRest(bool syncInPlace1);
     bool copySamples(int first, int last);
+    DecodedFrame record(ReceiveEvent kind) const { return {kind, state_, bytRawData_}; }
 
     Expect expect_ = Expect::Nothing;
     std::uint8_t syncField_ = 0; // the byte after a sync in place 0: bytSwitchSetting
     ReadRequest pending_;
+    HardwareState state_;
+    RawSamples bytRawData_{};
+    std::vector<std::uint8_t> Value_;
+    int intFrameIndex_ = 0;
 };
 
 } // namespace zorvik

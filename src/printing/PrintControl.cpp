@@ -189,7 +189,7 @@ bool PrintControl::PrintPage(PreviewTarget* target) {
         image.setDotsPerMeterY(static_cast<int>(std::lround(screen.dpiY / 0.0254)));
         image.fill(Qt::white);
         QPainter painter(&image);
-        m_lastGeometry = PageComposer::paint(painter, page, screen.dpiX, screen.dpiY);
+        PageComposer::paint(painter, page, screen.dpiX, screen.dpiY);
         painter.end();
         target->page = std::move(image);
         m_pageMetric1 = pixels.width();
@@ -230,7 +230,7 @@ bool PrintControl::PrintPage(PreviewTarget* target) {
     QPainter painter;
     if (!painter.begin(&device))
         return false;
-    m_lastGeometry = PageComposer::paint(painter, page, device.logicalDpiX(), device.logicalDpiY());
+    PageComposer::paint(painter, page, device.logicalDpiX(), device.logicalDpiY());
     return painter.end();
 }
 

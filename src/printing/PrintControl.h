@@ -107,8 +107,6 @@ public:
 
     /// Paper size of the current printer in inches, in its orientation.
     QSizeF paperInches();
-    /// Layout of the last page printed or previewed.
-    const PageGeometry& lastGeometry() const { return m_lastGeometry; }
     /// Parent of the save dialog.
     void setDialogParent(QWidget* parent) { m_dialogParent = parent; }
 
@@ -136,7 +134,6 @@ private:
     PictureHolder* m_printPicture = nullptr;
     int m_pageMetric1 = 0;
     int m_pageMetric2 = 0;
-    PageGeometry m_lastGeometry;
     QString m_lastPdfPath;
     QPointer<QWidget> m_dialogParent;
     QPrinter m_printer{QPrinter::HighResolution};

@@ -17,7 +17,7 @@ namespace zorvik {
 class QtKeyEventSeam;
 class cQVXScreenCapture;
 
-/// Owned by the main window (made by the composition root). Holds `EasyPrint1`, the hidden
+/// Made by the composition root and handed to the main window. Holds `EasyPrint1`, the hidden
 /// picture holder whose picture is printed, the four margins kept between prints (they start at
 /// the print control's own margins) and the capture objects, made on the first print.
 class PrintingServices {

@@ -8,12 +8,15 @@ class QWidget;
 namespace zorvik {
 
 class WaveformTarget;
+class cInifile;
 
 /// Implemented by the main window; every call runs on the user-interface thread.
 class FileFormHost {
 public:
     virtual ~FileFormHost() = default;
 
+    /// The program's INI object, through which files are read and written.
+    virtual cInifile& profile() = 0;
     /// The front panel, the hardware-state record and the reference store.
     virtual WaveformTarget& waveform() = 0;
     /// Value of CWBRef: the reference trace is shown.

@@ -47,11 +47,6 @@ void toOneBased(const std::vector<std::string>& names, std::vector<std::string>&
 
 } // namespace
 
-cInifile& cInifile::instance() {
-    static cInifile shared;
-    return shared;
-}
-
 std::string cInifile::Value() const {
     std::string buffer(kValueBuffer, ' ');
     const std::uint32_t n = ProfileFile::getPrivateProfileString(sSection, sKey, sDefault,

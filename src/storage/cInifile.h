@@ -19,8 +19,6 @@ namespace zorvik {
 class cInifile {
 public:
     cInifile() = default;
-    /// The instance shared by the whole program, created on first use.
-    static cInifile& instance();
 
     /// Result of the last write or delete: non-zero success, 0 failure.
     std::int32_t LastReturnCode() const { return lLastReturnCode; }
@@ -49,6 +47,9 @@ public:
     /// writes it to Key in Section, creating file, section and key as needed.
     void setValue(std::string& value);
 
+    // The program never deletes, lists or enumerates keys and sections, nor stores a window's
+    // place through this class; those members complete the INI object every part of the program
+    // shares (a later window may need them) and their tests keep them exact.
     void DeleteKey();
     void DeleteSection();
 

@@ -159,7 +159,7 @@ bool frmFile::LoadWaveformFile(const QString& path) {
     // The current file is the one being read from here on.
     sCurrentFile = path;
     const WaveformLoadResult result =
-        WaveformFile::LoadWaveformFile(cInifile::instance(), local, host_->waveform());
+        WaveformFile::LoadWaveformFile(host_->profile(), local, host_->waveform());
     if (result == WaveformLoadResult::NotForThisApplication) {
         MessageBoxes::show(messageParent(), MsgIcon::Critical,
                            WaveformFile::kNotForThisApplicationTitle,
@@ -169,7 +169,7 @@ bool frmFile::LoadWaveformFile(const QString& path) {
 }
 
 bool frmFile::SaveWaveformFile(const QString& path) {
-    return WaveformFile::SaveWaveformFile(cInifile::instance(), localPath(path), host_->waveform());
+    return WaveformFile::SaveWaveformFile(host_->profile(), localPath(path), host_->waveform());
 }
 
 bool frmFile::openFile(const QString& fileName) {

@@ -13,9 +13,6 @@ class GraticuleLayer : public QCPLayerable {
 public:
     explicit GraticuleLayer(QCustomPlot* plot);
 
-    void setLineColor(const QColor& color) { m_color = color; }
-    QColor lineColor() const { return m_color; }
-
 protected:
     void applyDefaultAntialiasingHint(QCPPainter* painter) const override;
     void draw(QCPPainter* painter) override;

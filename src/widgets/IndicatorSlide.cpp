@@ -56,14 +56,6 @@ void IndicatorSlide::setOrientation(Qt::Orientation orientation) {
     update();
 }
 
-void IndicatorSlide::setPointerEdge(Qt::Edge edge) {
-    const bool verticalEdge = edge == Qt::LeftEdge || edge == Qt::RightEdge;
-    if (verticalEdge == (m_orientation == Qt::Vertical)) {
-        m_edge = edge;
-        update();
-    }
-}
-
 bool IndicatorSlide::setValue(double value) {
     if (std::isnan(value) || value < minimum() || value > maximum())
         return false;

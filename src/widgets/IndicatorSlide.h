@@ -51,12 +51,6 @@ public:
     void setOrientation(Qt::Orientation orientation);
     Qt::Orientation orientation() const { return m_orientation; }
 
-    /// The side of a continuous scale that the pointer tags point to (towards the graph).
-    /// Vertical scales: Qt::RightEdge (default) or Qt::LeftEdge; horizontal ones: Qt::TopEdge or
-    /// Qt::BottomEdge (default).
-    void setPointerEdge(Qt::Edge edge);
-    Qt::Edge pointerEdge() const { return m_edge; }
-
     /// The main pointer: a position 1..N in discrete mode, a number in range otherwise.
     double value() const { return m_value; }
     /// False (and nothing changes) for a value that is not a position 1..N (discrete) or lies
@@ -75,7 +69,6 @@ public:
     bool addPointer(const QString& name, const QString& label = QString(),
                     const QColor& color = QColor());
     QStringList pointerNames() const;
-    bool hasPointer(const QString& name) const { return find(name) >= 0; }
     /// Named-pointer accessors; unknown names are ignored (false, NaN, invalid colour, "").
     bool setPointerValue(const QString& name, double value);
     double pointerValue(const QString& name) const;

@@ -34,10 +34,8 @@ public:
 
     /// The colour of the lit lamp (default a bright green).
     void setLampColor(const QColor& color);
-    QColor lampColor() const { return m_lampColor; }
     /// Shows or hides the built-in lamp (a button with a separate Led may do without).
     void setLampVisible(bool visible);
-    bool lampVisible() const { return m_lampVisible; }
 
     /// Where the caption is drawn: the key below its lamp.
     QRectF captionRect() const;

@@ -324,17 +324,6 @@ void ScopeGraph::setPlotAreaColor(const QColor& color) {
     redraw();
 }
 
-QColor ScopeGraph::graticuleColor() const {
-    return m_graticule->lineColor();
-}
-
-void ScopeGraph::setGraticuleColor(const QColor& color) {
-    if (!color.isValid())
-        return;
-    m_graticule->setLineColor(color);
-    redraw();
-}
-
 QRect ScopeGraph::plotAreaRect() const {
     return rect().adjusted(kPlotMargin, kPlotMargin, -kPlotMargin, -kPlotMargin);
 }

@@ -77,8 +77,6 @@ public:
     // Look.
     QColor plotAreaColor() const { return m_plotAreaColor; }
     void setPlotAreaColor(const QColor& color);
-    QColor graticuleColor() const;
-    void setGraticuleColor(const QColor& color);
     /// The plot area in widget coordinates.
     QRect plotAreaRect() const;
 

@@ -60,7 +60,7 @@ protected:
         w.CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
         fake.feed(QByteArray(1, '\x7D'));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 2000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 2000));
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 2000));
         return w;
     }
@@ -78,8 +78,8 @@ protected:
 
     /// The Y values the display core gives for these volts with the window's present scale.
     TraceArray expectedY(const TraceArray& volts) const {
-        const auto y =
-            plotValues(volts, window->sngChaGain, window->sngChaOffset, window->CWBChaInv->value());
+        const auto y = plotValues(volts, window->model().sngChaGain, window->model().sngChaOffset,
+                                  window->CWBChaInv->value());
         EXPECT_TRUE(y.has_value());
         return y.value_or(TraceArray{});
     }

@@ -92,7 +92,7 @@ TEST_F(MainWindowAccess, KnobsAndSlidesExposeTheirValues) {
     EXPECT_EQ(v->maximumValue().toDouble(), 4.0);
     // Assistive technology may set a value too; the panel follows as if the user had.
     v->setCurrentValue(1.0);
-    EXPECT_EQ(w.sngChaOffset, 1.0f);
+    EXPECT_EQ(w.model().sngChaOffset, 1.0f);
     EXPECT_TRUE(w.CWBChaCalLed->value());
 }
 
@@ -189,20 +189,20 @@ TEST_F(MainWindowAccess, ArrowsTurnTheKnobsAndMoveTheSlides) {
     w.CWKTimeRange->setFocus();
     QTest::keyClick(w.CWKTimeRange, Qt::Key_Right);
     EXPECT_EQ(w.CWKTimeRange->value(), 4);
-    EXPECT_EQ(w.lngDivPerSec, 500000);
+    EXPECT_EQ(w.model().lngDivPerSec, 500000);
     QTest::keyClick(w.CWKTimeRange, Qt::Key_Left);
     QTest::keyClick(w.CWKTimeRange, Qt::Key_Left);
-    EXPECT_EQ(w.lngDivPerSec, 2000000);
+    EXPECT_EQ(w.model().lngDivPerSec, 2000000);
 
     w.CWKChaLvl->setFocus();
     QTest::keyClick(w.CWKChaLvl, Qt::Key_Up);
     EXPECT_EQ(w.CWKChaLvl->value(), 2);
-    EXPECT_EQ(w.sngChaGain, 0.1f);
+    EXPECT_EQ(w.model().sngChaGain, 0.1f);
 
     w.CWSCHaOffset->setFocus();
     QTest::keyClick(w.CWSCHaOffset, Qt::Key_Up);
     EXPECT_DOUBLE_EQ(w.CWSCHaOffset->value(), 0.1);
-    EXPECT_EQ(w.sngChaOffset, 0.1f);
+    EXPECT_EQ(w.model().sngChaOffset, 0.1f);
     QTest::keyClick(w.CWSCHaOffset, Qt::Key_Down);
     EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
     EXPECT_FALSE(w.CWBChaCalLed->value());

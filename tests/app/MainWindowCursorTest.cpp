@@ -67,8 +67,8 @@ TEST_F(MainWindowCursors, VCursStartsOneDivisionApartAtTheWindowsLeftEdge) {
 TEST_F(MainWindowCursors, SixDivisionsAt200nsReadOnePointTwoMicroseconds) {
     frmMain& w = start();
     timePair(w, 2.0, 8.0, 1);
-    EXPECT_EQ(w.lngDivPerSec, 5000000);
-    EXPECT_EQ(w.intTimeUnit, 0);
+    EXPECT_EQ(w.model().lngDivPerSec, 5000000);
+    EXPECT_EQ(w.model().intTimeUnit, 0);
     EXPECT_EQ(w.lblCTime->text(), "1.200 uSec");
     EXPECT_EQ(w.lblCFrequency->text(), "833.333 KHz");
 }
@@ -83,7 +83,7 @@ TEST_F(MainWindowCursors, FourPointNineDivisionsAt200nsRead980Nanoseconds) {
 TEST_F(MainWindowCursors, HalfAMicrosecondInTheMicrosecondRangeReadsInNanoseconds) {
     frmMain& w = start();
     timePair(w, 3.0, 2.5, 3); // 1 us/div
-    EXPECT_EQ(w.intTimeUnit, 1);
+    EXPECT_EQ(w.model().intTimeUnit, 1);
     EXPECT_EQ(w.lblCTime->text(), "500.00 nSec");
     EXPECT_EQ(w.lblCFrequency->text(), "2.000 MHz");
 }
@@ -91,7 +91,7 @@ TEST_F(MainWindowCursors, HalfAMicrosecondInTheMicrosecondRangeReadsInNanosecond
 TEST_F(MainWindowCursors, HalfAMillisecondInTheMillisecondRangeReadsInMicroseconds) {
     frmMain& w = start();
     timePair(w, 1.0, 1.5, 12); // 1 ms/div
-    EXPECT_EQ(w.intTimeUnit, 2);
+    EXPECT_EQ(w.model().intTimeUnit, 2);
     EXPECT_EQ(w.lblCTime->text(), "500.000 uSec");
     EXPECT_EQ(w.lblCFrequency->text(), "2.000 KHz");
 }

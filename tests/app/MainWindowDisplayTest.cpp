@@ -71,17 +71,17 @@ TEST_P(MainWindowTrace, FrameGivesTheExactPointsOnCHa) {
     w.CWBChaInv->setValue(c.inverted);
     feed(stateWith(c.range, c.timebase), rampSamples());
 
-    EXPECT_EQ(w.acquisition.sngVoltsPerCount, c.voltsPerCount);
-    EXPECT_EQ(w.acquisition.sngSampleInterval, c.sampleInterval);
-    EXPECT_EQ(w.lngDivPerSec, c.divPerSec);
+    EXPECT_EQ(w.model().acquisition.sngVoltsPerCount, c.voltsPerCount);
+    EXPECT_EQ(w.model().acquisition.sngSampleInterval, c.sampleInterval);
+    EXPECT_EQ(w.model().lngDivPerSec, c.divPerSec);
     const TraceArray volts = voltsOf(rampSamples(), c.voltsPerCount);
-    EXPECT_EQ(w.sngChaVolts, volts);
+    EXPECT_EQ(w.model().sngChaVolts, volts);
     const float gain = kDivPerVolt[c.vScale - 1];
     const TraceArray y = plotYs(volts, gain, static_cast<float>(c.offset), c.inverted);
     EXPECT_EQ(y, expectedY(volts)); // the display core agrees
     const double step = static_cast<double>(c.sampleInterval) * c.divPerSec;
     expectPlot(*w.CWGraph1, "CHa", step, y);
-    EXPECT_EQ(w.sngChaPlot, y);
+    EXPECT_EQ(w.model().sngChaPlot, y);
 }
 
 INSTANTIATE_TEST_SUITE_P(RangesTimeBasesAndScales, MainWindowTrace,
@@ -145,12 +145,12 @@ TEST_F(MainWindowDisplay, PanMovesTheVisibleWindowWithoutRecomputingTheTraces) {
     frmMain& w = running();
     feed(stateWith(0x04, 6), rampSamples());
     const ScopeGraph::PlotData before = w.CWGraph1->plotData("CHa");
-    const TraceArray plotBefore = w.sngChaPlot;
+    const TraceArray plotBefore = w.model().sngChaPlot;
     // A scale the traces would change with, were they worked out again.
-    w.sngChaGain = 3.0f;
-    w.sngChaOffset = 2.0f;
+    w.model().sngChaGain = 3.0f;
+    w.model().sngChaOffset = 2.0f;
     ASSERT_TRUE(w.CWSPan->setValue(7.5));
-    EXPECT_EQ(w.varGraphOffset, 7.5);
+    EXPECT_EQ(w.model().varGraphOffset, 7.5);
     EXPECT_EQ(w.CWGraph1->axisMinimum("XAxis"), 7.5);
     EXPECT_EQ(w.CWGraph1->axisMaximum("XAxis"), 17.5);
     EXPECT_EQ(w.CWGraph1->xAxis->range().lower, 7.5);
@@ -158,7 +158,7 @@ TEST_F(MainWindowDisplay, PanMovesTheVisibleWindowWithoutRecomputingTheTraces) {
     const ScopeGraph::PlotData after = w.CWGraph1->plotData("CHa");
     EXPECT_EQ(after.x, before.x);
     EXPECT_EQ(after.y, before.y);
-    EXPECT_EQ(w.sngChaPlot, plotBefore);
+    EXPECT_EQ(w.model().sngChaPlot, plotBefore);
     ASSERT_TRUE(w.CWSPan->setValue(0.0));
     EXPECT_EQ(w.CWGraph1->axisMinimum("XAxis"), 0.0);
     EXPECT_EQ(w.CWGraph1->axisMaximum("XAxis"), 10.0);
@@ -171,10 +171,10 @@ TEST_F(MainWindowDisplay, WithoutLiveDataALoadedReferenceIsTheOnlyTraceDrawn) {
     w.CWGraph1->plotY("CHa", junk, 0.0, 1.0);
     // A reference as reading a waveform file leaves it.
     const TraceArray refVolts = voltsOf(rampSamples(), kVpc10V);
-    w.sngRefVolts = refVolts;
-    w.sngRefSampleInterval = 1e-6f;
-    w.sngRefVoltsPerCount = kVpc10V;
-    w.blnRefLoaded = true;
+    w.model().sngRefVolts = refVolts;
+    w.model().sngRefSampleInterval = 1e-6f;
+    w.model().sngRefVoltsPerCount = kVpc10V;
+    w.model().blnRefLoaded = true;
     w.CWKChaLvl->setValue(5);
     w.CWBRef->setValue(true);
     EXPECT_TRUE(w.CWGraph1->plotData("CHa").x.isEmpty());
@@ -199,7 +199,7 @@ TEST_F(MainWindowDisplay, HScaleStretchesBothTracesAboutXZeroAndTheReferenceKeep
     feed(stateWith(0x04, 3), flatSamples(40));
     for (int p : {12, 9, 3}) {
         w.CWKTimeRange->setValue(p);
-        const double divPerSec = w.lngDivPerSec;
+        const double divPerSec = w.model().lngDivPerSec;
         const ScopeGraph::PlotData live = w.CWGraph1->plotData("CHa");
         const ScopeGraph::PlotData ref = w.CWGraph1->plotData("Ref");
         ASSERT_EQ(live.x.size(), 128);
@@ -247,11 +247,11 @@ TEST_F(MainWindowDisplay, RangeBits12KeepTheVoltsPerCountAndTheTriggerLevel) {
     frmMain& w = running();
     w.CWKChaLvl->setValue(5);
     feed(stateWith(0x00, 6, 4), rampSamples()); // 1 V range, level 0.25 V
-    ASSERT_EQ(w.acquisition.sngTrigLevel, 0.25f);
+    ASSERT_EQ(w.model().acquisition.sngTrigLevel, 0.25f);
     EXPECT_DOUBLE_EQ(w.CWSTrigInd->pointerValue("TrigLvl"), 0.25);
     feed(stateWith(0x0C, 6, 8), flatSamples(50)); // no range; level code 8 would be 0.15 V
-    EXPECT_EQ(w.acquisition.sngVoltsPerCount, kVpc1V);
-    EXPECT_EQ(w.acquisition.sngTrigLevel, 0.25f);
+    EXPECT_EQ(w.model().acquisition.sngVoltsPerCount, kVpc1V);
+    EXPECT_EQ(w.model().acquisition.sngTrigLevel, 0.25f);
     EXPECT_DOUBLE_EQ(w.CWSTrigInd->pointerValue("TrigLvl"), 0.25);
     EXPECT_EQ(w.CWSRange->value(), 3); // the range indicator stays on "1"
     expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000,

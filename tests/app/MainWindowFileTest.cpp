@@ -58,12 +58,12 @@ protected:
         add(std::to_string(w.CWSCHaOffset->value()));
         add(std::to_string(w.CWBChaInv->value()));
         add(std::to_string(w.CWBRef->value()));
-        const HardwareState h = w.link().machine().state;
+        const HardwareState h = w.model().state;
         for (int b : {h.bytSwitchSetting, h.bytTriggerLvl, h.bytTimebaseDef, h.bytTriggerDef})
             add(std::to_string(b));
-        for (float v : w.sngRefVolts)
+        for (float v : w.model().sngRefVolts)
             add(std::to_string(bits(v)));
-        add(std::to_string(bits(w.sngRefSampleInterval)));
+        add(std::to_string(bits(w.model().sngRefSampleInterval)));
         return s;
     }
 };
@@ -122,7 +122,7 @@ TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
     ASSERT_FALSE(w.CWBPrint->isEnabled());
     openThroughFile(w, fixture("windows-style.wdf"));
     EXPECT_TRUE(messages.empty());
-    EXPECT_TRUE(w.blnRefLoaded);
+    EXPECT_TRUE(w.model().blnRefLoaded);
     // REF came on through its handler: only that shows "Ref" and enables PRINT.
     EXPECT_TRUE(w.CWBRef->value());
     EXPECT_TRUE(w.CWGraph1->plotVisible("Ref"));
@@ -134,7 +134,7 @@ TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
     EXPECT_TRUE(w.CWBChaInv->value());
     EXPECT_TRUE(w.CWBChaInvLed->value());
     EXPECT_TRUE(w.CWBChaCalLed->value());
-    const HardwareState h = w.link().machine().state;
+    const HardwareState h = w.model().state;
     EXPECT_EQ(h.bytSwitchSetting, 32);
     EXPECT_EQ(h.bytTriggerLvl, 16);
     EXPECT_EQ(h.bytTimebaseDef, 4);
@@ -143,7 +143,7 @@ TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
     EXPECT_EQ(w.CWSRange->value(), 3);
     EXPECT_EQ(w.CWSCoupling->value(), 3);
     EXPECT_EQ(w.CWSTrigger->value(), 2);
-    EXPECT_EQ(w.sngRefSampleInterval, 5e-6f);
+    EXPECT_EQ(w.model().sngRefSampleInterval, 5e-6f);
     // The "0" pointer beside the graph stands at the file's offset.
     EXPECT_TRUE(w.CWSTrigInd->pointerVisible("CHa_Zero"));
     EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), -1.5);
@@ -170,7 +170,7 @@ TEST_F(MainWindowFile, AnUpperCaseWdfLoadsAndATxtFileShowsOnlyTheLoadError) {
     writeBytes(upper.toStdString(), readBytes(wdfFixture("windows-style.wdf")));
     openThroughFile(w, upper);
     EXPECT_EQ(messages.size(), 1u);
-    EXPECT_TRUE(w.blnRefLoaded);
+    EXPECT_TRUE(w.model().blnRefLoaded);
     EXPECT_EQ(w.CWKTimeRange->value(), 9);
 }
 
@@ -187,7 +187,7 @@ TEST_F(MainWindowFile, AWrongNameShowsBothMessagesAndLeavesEverySettingUntouched
     EXPECT_EQ(messages[1].text, "Please Select a Waveform Data File (*.wdf)!");
     EXPECT_EQ(messages[1].icon, MsgIcon::Exclamation);
     EXPECT_EQ(panelState(w), before);
-    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_FALSE(w.model().blnRefLoaded);
     EXPECT_TRUE(w.fileForm().sCurrentFile.isEmpty());
 }
 
@@ -199,7 +199,7 @@ TEST_F(MainWindowFile, AKnobPositionTheKnobDoesNotHaveEndsTheLoad) {
     EXPECT_EQ(w.CWKTimeRange->value(), 9); // read before the refused value
     EXPECT_EQ(w.CWKChaLvl->value(), 1);
     EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
-    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_FALSE(w.model().blnRefLoaded);
     EXPECT_FALSE(w.CWBPrint->isEnabled());
 }
 
@@ -210,13 +210,13 @@ TEST_F(MainWindowFile, AMissingReftrace7FailsAfterSamples1To120WereReplaced) {
     text.erase(at, text.find("\r\n", at) + 2 - at);
     const QString path = dir.filePath("short.wdf");
     writeBytes(path.toStdString(), text);
-    w.sngRefVolts.fill(7.0f);
+    w.model().sngRefVolts.fill(7.0f);
     openThroughFile(w, path);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].title, "File Load Error");
-    EXPECT_EQ(bits(w.sngRefVolts[119]), bits(asFiled(probeVolts(8, 0x00))));
-    EXPECT_EQ(w.sngRefVolts[120], 7.0f);
-    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_EQ(bits(w.model().sngRefVolts[119]), bits(asFiled(probeVolts(8, 0x00))));
+    EXPECT_EQ(w.model().sngRefVolts[120], 7.0f);
+    EXPECT_FALSE(w.model().blnRefLoaded);
 }
 
 // The whole way a user goes: POWER with frames arriving, STORE, FILE -> Save As; then the
@@ -225,7 +225,7 @@ TEST_F(MainWindowFile, ASavedReferenceComesBackTheSameAfterARestart) {
     frmMain& w = running(11);
     feedFrame(23);
     w.CWBStoreRef->setValue(true);
-    const TraceArray stored = w.sngRefVolts;
+    const TraceArray stored = w.model().sngRefVolts;
     const ScopeGraph::PlotData shown = w.CWGraph1->plotData("Ref");
     ASSERT_EQ(shown.y.size(), 128);
     const QString path = dir.filePath("bench.wdf");
@@ -250,7 +250,7 @@ TEST_F(MainWindowFile, ASavedReferenceComesBackTheSameAfterARestart) {
     // Each sample comes back as the single nearest to its 7-digit text: at most the last bit
     // differs from the stored one, and the trace lies where it lay.
     for (std::size_t i = 0; i < 128; ++i)
-        EXPECT_EQ(bits(again.sngRefVolts[i]), bits(asFiled(stored[i]))) << i;
+        EXPECT_EQ(bits(again.model().sngRefVolts[i]), bits(asFiled(stored[i]))) << i;
     EXPECT_TRUE(again.CWBRef->value());
     EXPECT_TRUE(again.CWBPrint->isEnabled());
     const ScopeGraph::PlotData back = again.CWGraph1->plotData("Ref");
@@ -265,7 +265,7 @@ TEST_F(MainWindowFile, AFileNamedAtStartUpLoadsByTheRulesOfOpen) {
     frmMain& w = start();
     w.openWaveformFile(fixture("windows-style.wdf"));
     EXPECT_TRUE(messages.empty());
-    EXPECT_TRUE(w.blnRefLoaded);
+    EXPECT_TRUE(w.model().blnRefLoaded);
     EXPECT_TRUE(w.CWBRef->value());
     EXPECT_TRUE(w.CWBPrint->isEnabled());
     EXPECT_EQ(w.fileForm().sCurrentFile, fixture("windows-style.wdf"));

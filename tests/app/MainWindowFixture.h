@@ -1,6 +1,7 @@
 // A main window wired to a scripted serial link, with message boxes recorded, for tests.
 #pragma once
 
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "common/FakeSerialLink.h"
 #include "instrument/PortMap.h"
@@ -34,16 +35,16 @@ protected:
     /// Makes the window and runs its start-up; `existing` are the COM ports that exist.
     frmMain& start(QSet<int> existing = {}, SerialLink* link = nullptr) {
         existing_ = existing;
+        shared.push_back(std::make_unique<ProgramServices>(
+            link ? *link : fake, ports, [this](const QString& device) {
+                for (int n : existing_) {
+                    if (QString::fromStdString(ports.devicePath(n)) == device)
+                        return true;
+                }
+                return false;
+            }));
         MainWindowServices s;
-        s.serial = link ? link : &fake;
-        s.ports = &ports;
-        s.deviceExists = [this](const QString& device) {
-            for (int n : existing_) {
-                if (QString::fromStdString(ports.devicePath(n)) == device)
-                    return true;
-            }
-            return false;
-        };
+        shared.back()->handTo(s);
         s.programFolder = dir.path();
         s.settingsPath = settingsPath();
         s.splashMinDisplayMs = 0;
@@ -59,6 +60,8 @@ protected:
     QTemporaryDir dir;
     PortMap ports;
     FakeSerialLink fake;
+    /// What the composition root shares, one set per start (a window started again gets its own).
+    std::vector<std::unique_ptr<ProgramServices>> shared;
     std::unique_ptr<frmMain> window;
     std::vector<MessageRecord> messages;
     QStringList messageStatus; ///< the sample-rate panel's text while each message showed

@@ -27,7 +27,7 @@ protected:
         w.CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
         fake.feed(QByteArray(1, '\x7D'));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 1000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 1000));
         return w;
     }
@@ -51,7 +51,7 @@ TEST_F(MainWindowLink, PowerWithNoPortsShowsTheMessageAndSwitchesBackOff) {
     EXPECT_FALSE(w.CWBPwr->value());
     EXPECT_FALSE(w.CWBPwrLed->value());
     EXPECT_FALSE(w.CWBStoreRef->isEnabled());
-    EXPECT_FALSE(w.blnLiveData);
+    EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
     EXPECT_EQ(w.sbrComPort->text(), "Com: ");
     // Behind "Show Details...": what happened on each of COM1 to COM8.
@@ -137,7 +137,7 @@ TEST_F(MainWindowLink, PowerFindsTheInstrumentAndTheStatusBarShowsTheLink) {
     EXPECT_TRUE(w.link().machine().blnAcquire);
     EXPECT_TRUE(fake.calls.contains("read 2"));
     feedFrame(3);
-    EXPECT_EQ(w.link().machine().state, sampleState());
+    EXPECT_EQ(w.model().state, sampleState());
     EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 20Ks/s");
     EXPECT_TRUE(messages.empty());
 }
@@ -153,7 +153,7 @@ TEST_F(MainWindowLink, SearchProbesPortOneThenInstrumentOnThreeWins) {
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return fake.device() == device(3) && fake.pendingCount() == 1; }, 1000));
     fake.feed(QByteArray(1, '\x24'));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
     EXPECT_EQ(w.ComPort, 3);
     EXPECT_EQ(w.sbrComPort->text(), "Com: 3");
 }
@@ -197,7 +197,7 @@ TEST_F(MainWindowLink, StallMidFrameTakesTheErrorPath) {
     // While the message shows, the rate text is kept; POWER off then writes the bare labels.
     EXPECT_EQ(messageStatus[0], "Sample Rate: 20Ks/s");
     EXPECT_FALSE(w.CWBPwr->value());
-    EXPECT_FALSE(w.blnLiveData);
+    EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_FALSE(w.link().machine().blnAcquire);
     EXPECT_FALSE(fake.isOpen());
     EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
@@ -223,11 +223,11 @@ TEST_F(MainWindowLink, PowerOffClearsTheDisplayAndClosesThePort) {
     EXPECT_TRUE(w.CWGraph1->plotData("CHa").x.isEmpty());
     EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
     EXPECT_FALSE(w.CWSRange->pointerVisible());
-    EXPECT_FALSE(w.blnLiveData);
-    for (float v : w.sngChaVolts)
+    EXPECT_FALSE(w.model().blnLiveData);
+    for (float v : w.model().sngChaVolts)
         EXPECT_EQ(v, 0.0f);
     // The record keeps the last frame's values.
-    EXPECT_EQ(w.link().machine().state, sampleState());
+    EXPECT_EQ(w.model().state, sampleState());
 }
 
 TEST_F(MainWindowLink, SwitchingPowerOffDuringTheSearchEndsItQuietly) {

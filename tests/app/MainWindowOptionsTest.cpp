@@ -77,7 +77,7 @@ TEST_F(MainWindowOptions, PortChangeWhileRunningMovesTheLinkToTheNewPort) {
     w.CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     fake.feed(QByteArray(1, '\x7D'));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
     fake.feed(frameBytes(sampleState(), 1));
 
     frmOptions* d = openMenu(w);
@@ -104,7 +104,7 @@ TEST_F(MainWindowOptions, PortThatCannotBeOpenedTakesTheLinksFailurePath) {
     w.CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     fake.feed(QByteArray(1, '\x7D'));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
     frmOptions* d = openMenu(w);
     ASSERT_NE(d, nullptr);
     d->findChild<QComboBox*>("cboComPort")->setCurrentIndex(1);

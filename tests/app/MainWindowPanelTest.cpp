@@ -63,13 +63,14 @@ TEST_F(MainWindowPanel, CalxBringsTheOffsetBackToZeroAndPutsTheLedOut) {
     feed(stateWith(0x04, 6), rampSamples());
     w.CWSCHaOffset->setValue(2.0);
     EXPECT_TRUE(w.CWBChaCalLed->value());
-    EXPECT_EQ(w.sngChaOffset, 2.0f);
+    EXPECT_EQ(w.model().sngChaOffset, 2.0f);
     QTest::mouseClick(w.CWBCHaCal, Qt::LeftButton, {}, middle(w.CWBCHaCal));
     EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
-    EXPECT_EQ(w.sngChaOffset, 0.0f);
+    EXPECT_EQ(w.model().sngChaOffset, 0.0f);
     EXPECT_FALSE(w.CWBChaCalLed->value());
     EXPECT_DOUBLE_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), 0.0);
-    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000, expectedY(w.sngChaVolts));
+    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000,
+               expectedY(w.model().sngChaVolts));
 }
 
 TEST_F(MainWindowPanel, MovingTheOffsetDoesNotChangeTheVoltageReadout) {
@@ -108,7 +109,8 @@ TEST_F(MainWindowPanel, InvertingFlipsTheTraceAndTrigLvlButNotChaZero) {
     EXPECT_TRUE(w.CWBChaInvLed->value());
     EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), -2.5 + 0.8, 1e-6);
     EXPECT_NEAR(w.CWSTrigInd->pointerValue("CHa_Zero"), 0.8, 1e-12);
-    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000, expectedY(w.sngChaVolts));
+    expectPlot(*w.CWGraph1, "CHa", static_cast<double>(5e-5f) * 1000000,
+               expectedY(w.model().sngChaVolts));
     QTest::mouseClick(w.CWBChaInv, Qt::LeftButton, {}, middle(w.CWBChaInv));
     EXPECT_FALSE(w.CWBChaInvLed->value());
     EXPECT_NEAR(w.CWSTrigInd->pointerValue("TrigLvl"), 2.5 + 0.8, 1e-6);
@@ -158,7 +160,7 @@ TEST_F(MainWindowPanel, FileDuringThePortSearchHoldsReceptionUntilTheFileWindowC
     w.openFileForm = [&](frmMain&) {
         ran = true;
         fake.feed(QByteArray(1, '\x7D')); // the probe answers: the search ends
-        if (!QTest::qWaitFor([&] { return w.blnLiveData; }, 2000))
+        if (!QTest::qWaitFor([&] { return w.model().blnLiveData; }, 2000))
             return;
         // Frames arrive while the window is open; nothing reads them.
         fake.feed(zorvik::test::frameWithSamples(stateWith(0x04, 6), rampSamples()));

@@ -41,8 +41,9 @@ protected:
 
     bool powerOn(frmMain& w, int timeoutMs = 3000) {
         w.CWBPwr->setValue(true);
-        return QTest::qWaitFor([&] { return w.blnLiveData || !w.CWBPwr->value(); }, timeoutMs) &&
-               w.blnLiveData;
+        return QTest::qWaitFor([&] { return w.model().blnLiveData || !w.CWBPwr->value(); },
+                               timeoutMs) &&
+               w.model().blnLiveData;
     }
 
     QtSerialLink serial;
@@ -64,7 +65,7 @@ TEST_F(MainWindowProbe, PowerFindsTheProbeOnTheMappedPortAndFramesFillTheRecord)
     EXPECT_EQ(w.sbrComPort->text(), "Com: 1");
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return w.sbrSampleRate->text() == "Sample Rate: 20Ks/s"; }, 3000));
-    const HardwareState s = w.link().machine().state;
+    const HardwareState s = w.model().state;
     EXPECT_EQ(s.bytSwitchSetting, 0x24);
     EXPECT_EQ(s.bytTimebaseDef, 6);
     EXPECT_EQ(s.bytTriggerDef, 0x40);

@@ -45,20 +45,20 @@ TEST_F(MainWindowReference, StoreWithRefOffSwitchesRefOnThroughItsHandler) {
     EXPECT_TRUE(refChanges.at(0).at(0).toBool());
     EXPECT_TRUE(w.CWGraph1->plotVisible("Ref"));
     EXPECT_FALSE(w.link().machine().blnAcquire);
-    EXPECT_FALSE(w.blnRefLoaded);
-    EXPECT_EQ(w.sngRefVolts, w.sngChaVolts);
-    EXPECT_EQ(w.sngRefVoltsPerCount, kVoltsPerCount10V);
-    EXPECT_EQ(w.sngRefSampleInterval, 5e-5f);
+    EXPECT_FALSE(w.model().blnRefLoaded);
+    EXPECT_EQ(w.model().sngRefVolts, w.model().sngChaVolts);
+    EXPECT_EQ(w.model().sngRefVoltsPerCount, kVoltsPerCount10V);
+    EXPECT_EQ(w.model().sngRefSampleInterval, 5e-5f);
 }
 
 TEST_F(MainWindowReference, StoreWhilePowerIsOffStoresTheZerosAndTouchesNoSerialOperation) {
     frmMain& w = running(5);
-    ASSERT_NE(w.sngChaVolts[0], 0.0f);
+    ASSERT_NE(w.model().sngChaVolts[0], 0.0f);
     w.CWBPwr->setValue(false); // power-off erases the live volts
     fake.calls.clear();
     w.CWBStoreRef->setValue(true);
     EXPECT_TRUE(fake.calls.isEmpty()) << fake.calls.join(", ").toStdString();
-    for (float v : w.sngRefVolts)
+    for (float v : w.model().sngRefVolts)
         EXPECT_EQ(v, 0.0f);
     EXPECT_TRUE(w.CWBRef->value());
     EXPECT_TRUE(w.CWBPrint->isEnabled());
@@ -87,7 +87,7 @@ TEST_F(MainWindowReference,
 TEST_F(MainWindowReference, VScaleOffsetAndInvertWhileStoreIsPressedRescaleTheReference) {
     frmMain& w = running(7);
     w.CWBStoreRef->setValue(true);
-    const TraceArray ref = w.sngRefVolts;
+    const TraceArray ref = w.model().sngRefVolts;
     auto expectRef = [&](float gain, bool invert, float offset) {
         const ScopeGraph::PlotData d = w.CWGraph1->plotData("Ref");
         ASSERT_EQ(d.y.size(), 128);
@@ -103,7 +103,7 @@ TEST_F(MainWindowReference, VScaleOffsetAndInvertWhileStoreIsPressedRescaleTheRe
     expectRef(0.2f, false, 1.5f);
     w.CWBChaInv->setValue(true);
     expectRef(0.2f, true, 1.5f);
-    EXPECT_EQ(w.sngRefVolts, ref);
+    EXPECT_EQ(w.model().sngRefVolts, ref);
     EXPECT_FALSE(w.link().machine().blnAcquire);
 }
 

@@ -67,12 +67,12 @@ TEST_F(MainWindowSettings, StartupShutdownStartupRestoresKnobsOffsetColoursAndBu
     restart();
     frmMain& again = *window;
     EXPECT_EQ(again.CWKTimeRange->value(), 12);
-    EXPECT_EQ(again.lngDivPerSec, 1000);
-    EXPECT_EQ(again.intTimeUnit, 2);
+    EXPECT_EQ(again.model().lngDivPerSec, 1000);
+    EXPECT_EQ(again.model().intTimeUnit, 2);
     EXPECT_EQ(again.CWKChaLvl->value(), 5);
-    EXPECT_EQ(again.sngChaGain, 1.0f);
+    EXPECT_EQ(again.model().sngChaGain, 1.0f);
     EXPECT_EQ(again.CWSCHaOffset->value(), 1.5);
-    EXPECT_EQ(again.sngChaOffset, 1.5f);
+    EXPECT_EQ(again.model().sngChaOffset, 1.5f);
     EXPECT_EQ(again.CWGraph1->cursorColor("Cursor2"), QColor(1, 2, 3));
     EXPECT_EQ(again.CWGraph1->plotAreaColor(), QColor(10, 20, 30));
     EXPECT_EQ(again.CWGraph1->plotColor("Ref"), QColor(200, 100, 50));

@@ -40,13 +40,13 @@ TEST_F(MainWindowStartup, DefaultsOfTheLinkAndTheScales) {
     EXPECT_EQ(w.lngBaudRate, 19200);
     EXPECT_EQ(w.ComPort, 1);
     EXPECT_TRUE(w.blnAutoPort);
-    EXPECT_FALSE(w.blnLiveData);
-    EXPECT_FALSE(w.blnRefLoaded);
+    EXPECT_FALSE(w.model().blnLiveData);
+    EXPECT_FALSE(w.model().blnRefLoaded);
     EXPECT_EQ(w.CWKTimeRange->value(), 3);
-    EXPECT_EQ(w.lngDivPerSec, 1000000);
-    EXPECT_EQ(w.intTimeUnit, 1);
+    EXPECT_EQ(w.model().lngDivPerSec, 1000000);
+    EXPECT_EQ(w.model().intTimeUnit, 1);
     EXPECT_EQ(w.CWKChaLvl->value(), 1);
-    EXPECT_EQ(w.sngChaGain, 0.05f);
+    EXPECT_EQ(w.model().sngChaGain, 0.05f);
     EXPECT_FALSE(w.CWBStoreRef->isEnabled());
     EXPECT_FALSE(w.CWBPwr->value());
 }

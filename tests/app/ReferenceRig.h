@@ -36,7 +36,7 @@ protected:
         w.CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
         fake.feed(QByteArray(1, '\x7D'));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return w.blnLiveData; }, 1000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 1000));
         feedFrame(seed, s);
         return w;

@@ -2,6 +2,7 @@
 // the windows it opens are the real ones, message boxes included.
 #pragma once
 
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "common/FakeSerialLink.h"
 #include "instrument/PortMap.h"
@@ -17,10 +18,10 @@ protected:
     frmMain& start() {
         for (int n = 1; n <= 8; ++n)
             ports.setDevice(n, dir.filePath(QString("com%1").arg(n)).toStdString());
+        shared =
+            std::make_unique<ProgramServices>(fake, ports, [](const QString&) { return false; });
         MainWindowServices s;
-        s.serial = &fake;
-        s.ports = &ports;
-        s.deviceExists = [](const QString&) { return false; };
+        shared->handTo(s);
         s.programFolder = dir.path();
         s.settingsPath = dir.filePath("ZORVIK.INI");
         s.splashMinDisplayMs = splashMinDisplayMs;
@@ -40,6 +41,7 @@ protected:
     QTemporaryDir dir;
     PortMap ports;
     FakeSerialLink fake;
+    std::unique_ptr<ProgramServices> shared;
     std::unique_ptr<frmMain> window;
 };
 

@@ -48,12 +48,6 @@ TEST(ShowTrigLevel, TrigLvlSitsWhereATracePointAtTheTriggerLevelIs) {
     EXPECT_EQ(static_cast<double>(r.CHa.y[0]), p.TrigLvl);
 }
 
-TEST(SetXAxis, WindowStartsAtThePanValueAndIsTenDivisionsWide) {
-    EXPECT_EQ(SetXAxis(0.0), (XAxisRange{0.0, 10.0}));
-    EXPECT_EQ(SetXAxis(3.5), (XAxisRange{3.5, 13.5}));
-    EXPECT_EQ(SetXAxis(-2.25), (XAxisRange{-2.25, 7.75}));
-}
-
 TEST(SetXAxis, MaximumFollowsTheMinimumAsTheAxisReportsIt) {
     EXPECT_EQ(xAxisMaximum(21.0), 31.0);
     EXPECT_EQ(xAxisMaximum(-10.0), 0.0);

@@ -1,6 +1,7 @@
 // The user manual as the built program finds it: HELP opens its first page from the Help
 // folder beside the program, every page is reachable from there, and every link, anchor and
 // picture of every page resolves, for the help window as well as for a desktop browser.
+#include "app/ProgramServices.h"
 #include "app/frmMain.h"
 #include "common/FakeSerialLink.h"
 #include "help/ManualWalker.h"
@@ -96,10 +97,10 @@ protected:
             ADD_FAILURE() << "unexpected message box: " << box.text.toStdString();
             return QMessageBox::Ok;
         });
+        shared =
+            std::make_unique<ProgramServices>(serial, ports, [](const QString&) { return false; });
         MainWindowServices services;
-        services.serial = &serial;
-        services.ports = &ports;
-        services.deviceExists = [](const QString&) { return false; };
+        shared->handTo(services);
         services.programFolder = kProgramFolder;
         services.settingsPath = QString(); // the build folder's settings stay untouched
         services.splashMinDisplayMs = 0;
@@ -116,6 +117,7 @@ protected:
 
     FakeSerialLink serial;
     PortMap ports;
+    std::unique_ptr<ProgramServices> shared;
     std::unique_ptr<frmMain> window;
 };
 

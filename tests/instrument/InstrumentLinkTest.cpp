@@ -136,7 +136,7 @@ TEST(InstrumentLink, ReceiveCycleDeliversWholeFramesFromTheStream) {
     });
     rig.link.resetAndArm();
     ASSERT_TRUE(QTest::qWaitFor([&] { return frames >= 5; }, 3000));
-    EXPECT_EQ(rig.link.machine().state, sampleState());
+    EXPECT_EQ(rig.link.machine().state(), sampleState());
 }
 
 TEST(InstrumentLink, HoldStopsReceptionUntilRearmed) {

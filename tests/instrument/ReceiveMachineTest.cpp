@@ -59,17 +59,17 @@ TEST(ReceiveMachine, SyncInPlace0ReadsThe137ByteRestAndStoresTheFrame) {
     EXPECT_EQ(probe.event, ReceiveEvent::SyncFound);
     EXPECT_EQ(probe.pointer1, kPointerTriggered);
     EXPECT_TRUE(probe.disablePrint);
-    EXPECT_FALSE(probe.show);
+    EXPECT_FALSE(probe.frame.has_value());
     EXPECT_EQ(probe.next, (ReadRequest{137, true}));
 
     auto rest = m.onData(std::span(f).subspan(2));
     EXPECT_EQ(rest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(rest.show);
+    EXPECT_TRUE(rest.frame.has_value());
     EXPECT_FALSE(rest.resetInput);
     EXPECT_EQ(rest.next, (ReadRequest{2, false}));
-    EXPECT_EQ(m.state, sampleState());
-    EXPECT_EQ(m.bytRawData, samplesOf(f));
-    EXPECT_EQ(m.intFrameIndex, 129);
+    EXPECT_EQ(m.state(), sampleState());
+    EXPECT_EQ(m.bytRawData(), samplesOf(f));
+    EXPECT_EQ(m.intFrameIndex(), 129);
 }
 
 TEST(ReceiveMachine, BackToBackFramesStayLocked) {
@@ -85,7 +85,7 @@ TEST(ReceiveMachine, BackToBackFramesStayLocked) {
         EXPECT_EQ(steps[i].event, ReceiveEvent::SyncFound);
         EXPECT_EQ(steps[i + 1].event, ReceiveEvent::Frame);
     }
-    EXPECT_EQ(m.bytRawData, samplesOf(frameBytes(sampleState(), 4)));
+    EXPECT_EQ(m.bytRawData(), samplesOf(frameBytes(sampleState(), 4)));
 }
 
 TEST(ReceiveMachine, StreamStartingMidFrameDropsTwoBytesPerEventThenShowsNextWholeFrame) {
@@ -109,16 +109,16 @@ TEST(ReceiveMachine, StreamStartingMidFrameDropsTwoBytesPerEventThenShowsNextWho
         EXPECT_EQ(steps[i].event, ReceiveEvent::SyncFound);
         // The first frame shown is a whole frame of the stream, and from then on every
         // frame is shown.
-        const auto firstShown =
-            std::find_if(steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.show; });
+        const auto firstShown = std::find_if(
+            steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.frame.has_value(); });
         ASSERT_NE(firstShown, steps.end()) << "start " << start;
-        const auto shown =
-            std::count_if(steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.show; });
+        const auto shown = std::count_if(steps.begin(), steps.end(),
+                                         [](const ReceiveStep& s) { return s.frame.has_value(); });
         // Odd start: the sync of frame 1 lands in place 0 and frames 1..5 are shown. Even
         // start: it lands in place 1, the 139-byte read fails its check and eats frame 2's
         // sync, so frames 3..5 are shown.
         EXPECT_EQ(shown, start % 2 == 1 ? 5 : 3) << "start " << start;
-        EXPECT_EQ(m.bytRawData, samplesOf(frameBytes(sampleState(), 50))) << "start " << start;
+        EXPECT_EQ(m.bytRawData(), samplesOf(frameBytes(sampleState(), 50))) << "start " << start;
     }
 }
 
@@ -129,7 +129,7 @@ TEST(ReceiveMachine, TwoSyncBytesInARowAreTheWaitingMarkerWithInputReset) {
     EXPECT_EQ(step.event, ReceiveEvent::Waiting);
     EXPECT_EQ(step.pointer1, kPointerWaiting);
     EXPECT_TRUE(step.resetInput);
-    EXPECT_FALSE(step.show);
+    EXPECT_FALSE(step.frame.has_value());
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
 }
 
@@ -142,8 +142,8 @@ TEST(ReceiveMachine, SyncFollowedByFieldOf0x7DIsTakenAsWaitingMarkerNeverAsFrame
     ASSERT_FALSE(steps.empty());
     EXPECT_EQ(steps[0].event, ReceiveEvent::Waiting);
     for (const auto& st : steps)
-        EXPECT_FALSE(st.show);
-    EXPECT_EQ(m.state, HardwareState{});
+        EXPECT_FALSE(st.frame.has_value());
+    EXPECT_EQ(m.state(), HardwareState{});
 }
 
 TEST(ReceiveMachine, NoSyncInSightDropsTwoBytesWithoutReset) {
@@ -152,7 +152,7 @@ TEST(ReceiveMachine, NoSyncInSightDropsTwoBytesWithoutReset) {
     EXPECT_EQ(step.event, ReceiveEvent::Hunt);
     EXPECT_EQ(step.pointer1, kPointerWaiting);
     EXPECT_FALSE(step.resetInput);
-    EXPECT_FALSE(step.show);
+    EXPECT_FALSE(step.frame.has_value());
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
 }
 
@@ -165,14 +165,17 @@ TEST(ReceiveMachine, SyncInPlace1ReadsA139ByteFrameThatMustBeginWithSync) {
     const Bytes f = frameBytes(sampleState(), 9);
     auto rest = m.onData(f);
     EXPECT_EQ(rest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(rest.show);
-    EXPECT_EQ(m.state, sampleState());
-    EXPECT_EQ(m.bytRawData, samplesOf(f));
+    EXPECT_TRUE(rest.frame.has_value());
+    EXPECT_EQ(m.state(), sampleState());
+    EXPECT_EQ(m.bytRawData(), samplesOf(f));
 }
 
 TEST(ReceiveMachine, SyncInPlace1StoresStateBytesBeforeTheCheckAndKeepsThemWhenRejected) {
     auto m = acquiring();
-    m.bytRawData.fill(99);
+    // A whole frame first: its samples must survive the rejected read.
+    const Bytes whole = frameBytes(sampleState(), 99);
+    m.onData(Bytes{0x05, 0x7D});
+    ASSERT_EQ(m.onData(whole).event, ReceiveEvent::Frame);
     m.onData(Bytes{0x05, 0x7D});
     Bytes r(139, 0);
     r[0] = 0x24; // not a sync: the check fails
@@ -186,13 +189,11 @@ TEST(ReceiveMachine, SyncInPlace1StoresStateBytesBeforeTheCheckAndKeepsThemWhenR
     r[137] = 0x88;
     auto step = m.onData(r);
     EXPECT_EQ(step.event, ReceiveEvent::Rejected);
-    EXPECT_FALSE(step.show);
+    EXPECT_FALSE(step.frame.has_value());
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
     HardwareState expected{0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88};
-    EXPECT_EQ(m.state, expected);
-    RawSamples untouched;
-    untouched.fill(99);
-    EXPECT_EQ(m.bytRawData, untouched);
+    EXPECT_EQ(m.state(), expected);
+    EXPECT_EQ(m.bytRawData(), samplesOf(whole));
 }
 
 TEST(ReceiveMachine, FrameWithSwitchSetting0x7DInCase4IsRejectedByTheSecondByteCheck) {
@@ -202,7 +203,7 @@ TEST(ReceiveMachine, FrameWithSwitchSetting0x7DInCase4IsRejectedByTheSecondByteC
     s.bytSwitchSetting = 0x7D;
     auto step = m.onData(frameBytes(s, 1));
     EXPECT_EQ(step.event, ReceiveEvent::Rejected);
-    EXPECT_EQ(m.state.bytSwitchSetting, 0x7D);
+    EXPECT_EQ(m.state().bytSwitchSetting, 0x7D);
 }
 
 TEST(ReceiveMachine, ShortRestIsNotShownAndTheCycleRearms) {
@@ -211,10 +212,10 @@ TEST(ReceiveMachine, ShortRestIsNotShownAndTheCycleRearms) {
     m.onData(std::span(f).first(2));
     auto step = m.onData(std::span(f).subspan(2, 100));
     EXPECT_EQ(step.event, ReceiveEvent::Short);
-    EXPECT_FALSE(step.show);
+    EXPECT_FALSE(step.frame.has_value());
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
     // The copy stops at the guard: samples 0..94 were copied (i = 3..97 of r).
-    EXPECT_EQ(m.intFrameIndex, 96);
+    EXPECT_EQ(m.intFrameIndex(), 96);
 }
 
 // The last sample is r[130]; the guard wants two bytes beyond it (highest index - 2), so a
@@ -225,15 +226,15 @@ TEST(ReceiveMachine, RestOf132BytesIsShortAnd133IsWhole) {
     m.onData(std::span(f).first(2));
     const ReceiveStep shortRest = m.onData(std::span(f).subspan(2, 132));
     EXPECT_EQ(shortRest.event, ReceiveEvent::Short);
-    EXPECT_FALSE(shortRest.show);
-    EXPECT_EQ(m.intFrameIndex, 128); // samples 1 to 127 copied, the 128th not
+    EXPECT_FALSE(shortRest.frame.has_value());
+    EXPECT_EQ(m.intFrameIndex(), 128); // samples 1 to 127 copied, the 128th not
     m.arm();
     m.onData(std::span(f).first(2));
     const ReceiveStep wholeRest = m.onData(std::span(f).subspan(2, 133));
     EXPECT_EQ(wholeRest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(wholeRest.show);
-    EXPECT_EQ(m.intFrameIndex, 129);
-    EXPECT_TRUE(std::equal(m.bytRawData.begin(), m.bytRawData.end(), f.begin() + 5));
+    EXPECT_TRUE(wholeRest.frame.has_value());
+    EXPECT_EQ(m.intFrameIndex(), 129);
+    EXPECT_TRUE(std::equal(m.bytRawData().begin(), m.bytRawData().end(), f.begin() + 5));
 }
 
 TEST(ReceiveMachine, ProbeWhileAcquisitionHeldStoresValueButArmsNothing) {
@@ -242,8 +243,8 @@ TEST(ReceiveMachine, ProbeWhileAcquisitionHeldStoresValueButArmsNothing) {
     m.blnAcquire = false;
     auto step = m.onData(Bytes{0x7D, 0x24});
     EXPECT_EQ(step.event, ReceiveEvent::Held);
-    EXPECT_EQ(m.Value, (Bytes{0x7D, 0x24}));
-    EXPECT_FALSE(step.show);
+    EXPECT_EQ(m.Value(), (Bytes{0x7D, 0x24}));
+    EXPECT_FALSE(step.frame.has_value());
     EXPECT_FALSE(step.disablePrint);
     EXPECT_FALSE(step.pointer1.has_value());
     EXPECT_EQ(step.next, (ReadRequest{0, false}));
@@ -254,7 +255,7 @@ TEST(ReceiveMachine, ProbeOfOtherThanTwoBytesShowsThePresentRecordAgain) {
     auto m = acquiring();
     auto step = m.onData(Bytes{0x7D});
     EXPECT_EQ(step.event, ReceiveEvent::Redraw);
-    EXPECT_TRUE(step.show);
+    EXPECT_TRUE(step.frame.has_value());
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
 }
 
@@ -277,7 +278,7 @@ TEST(ReceiveMachine, BytesWithNoReadArmedAreIgnored) {
     m.blnAcquire = true;
     auto step = m.onData(Bytes{0x7D, 0x24});
     EXPECT_EQ(step.event, ReceiveEvent::Ignored);
-    EXPECT_FALSE(step.show);
+    EXPECT_FALSE(step.frame.has_value());
 }
 
 TEST(ReceiveMachine, StopDropsThePendingFrameRead) {

@@ -225,7 +225,7 @@ TEST_F(FaultInjection, StallMidFrameTakesTheErrorPathWhileTheWindowKeepsAnswerin
     EXPECT_EQ(messages[0].text, kText);
     EXPECT_FALSE(w.CWBPwr->value());
     EXPECT_FALSE(w.CWBPwrLed->value());
-    EXPECT_FALSE(w.blnLiveData);
+    EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_FALSE(serial.isOpen());
     EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
     EXPECT_EQ(w.sbrComPort->text(), "Com: ");

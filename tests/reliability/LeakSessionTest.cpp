@@ -88,7 +88,7 @@ TEST_F(LeakSession, DemoStoreSavePreviewPrintOptionsAndQuitLeaveNoLeak) {
               WaveformLoadResult::Loaded);
     // Each sample as the single nearest to its 7-digit text in the file.
     for (std::size_t i = 0; i < saved.volts.size(); ++i)
-        EXPECT_EQ(saved.volts[i], zorvik::testing::asFiled(w.sngRefVolts[i])) << i;
+        EXPECT_EQ(saved.volts[i], zorvik::testing::asFiled(w.model().sngRefVolts[i])) << i;
 
     QTest::mouseClick(w.CWBPrint, Qt::LeftButton);
     ASSERT_TRUE(waitFor([&] { return previewRuns == 1; }, 10000));

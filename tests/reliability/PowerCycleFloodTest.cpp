@@ -50,7 +50,7 @@ TEST_F(LinkStrain, UnpluggingTheProbeBetweenPowerCyclesAlwaysTakesTheErrorPath) 
         EXPECT_EQ(m.text, kText);
         EXPECT_FALSE(w.CWBPwr->value());
         EXPECT_FALSE(w.CWBPwrLed->value());
-        EXPECT_FALSE(w.blnLiveData);
+        EXPECT_FALSE(w.model().blnLiveData);
         EXPECT_FALSE(serial.isOpen());
         if (cycle == 0) {
             residentAfterFirst = residentBytes();

@@ -61,7 +61,7 @@ frmMain& ProbeSession::powerOn(ProbeStream stream, PtyProbe::Options options) {
         const double ms = static_cast<double>(m_stepClock.nsecsElapsed() - m_stepStart) / 1e6;
         m_longestStep[event] = std::max(m_longestStep[event], ms);
         if (step.event == ReceiveEvent::Frame && recordTraffic)
-            shown.push_back({w.link().machine().state, w.link().machine().bytRawData});
+            shown.push_back({w.model().state, w.model().bytRawData});
     });
     meter.start();
     EXPECT_TRUE(pressPower());
@@ -76,8 +76,8 @@ bool ProbeSession::pressPower() {
     for (int attempt = 0; attempt < 3; ++attempt) {
         const std::size_t before = messages.size();
         window->CWBPwr->setValue(true);
-        waitFor([this] { return window->blnLiveData || !window->CWBPwr->value(); }, 5000);
-        if (window->blnLiveData)
+        waitFor([this] { return window->model().blnLiveData || !window->CWBPwr->value(); }, 5000);
+        if (window->model().blnLiveData)
             return true;
         if (messages.size() != before + 1)
             break;

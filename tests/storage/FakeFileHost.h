@@ -4,6 +4,7 @@
 
 #include "storage/FileFormHost.h"
 #include "storage/WaveformRecord.h"
+#include "storage/cInifile.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -12,12 +13,14 @@ namespace zorvik::testing {
 
 class FakeFileHost final : public FileFormHost {
 public:
+    cInifile ini;
     WaveformRecord record;
     bool ref = true;
     bool refLoaded = false;
     QStringList calls;
     QWidget* aboutOwner = nullptr;
 
+    cInifile& profile() override { return ini; }
     WaveformTarget& waveform() override { return record; }
     bool referenceShown() const override { return ref; }
     void setRefLoaded(bool value) override {

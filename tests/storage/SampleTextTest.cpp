@@ -1,6 +1,7 @@
 // Number texts of the waveform file: every sample value and sample interval the probe can
 // produce, written with at most 7 significant digits and read back; and the same texts under
 // a German locale, where C's own conversions would use a comma.
+#include "GermanLocale.h"
 #include "storage/VbConvert.h"
 
 #include <bit>
@@ -89,45 +90,11 @@ TEST(SampleText, SampleValuesOfTheExamplesHaveTheirKnownTexts) {
     EXPECT_EQ(singleToText(31.0f * 1.587301f), "49.20633");
 }
 
-// Makes a German locale available: the system's own, or one generated with localedef into a
-// scratch folder (glibc looks there through LOCPATH).
-class GermanLocale : public ::testing::Test {
-protected:
-    void SetUp() override {
-        if (std::setlocale(LC_ALL, "de_DE.UTF-8"))
-            return;
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("zorvik-test-locales-" + std::to_string(std::random_device{}()));
-        std::filesystem::create_directories(m_folder);
-        const std::string command = "localedef -i de_DE -f UTF-8 '" +
-                                    (m_folder / "de_DE.UTF-8").string() + "' >/dev/null 2>&1";
-        if (std::system(command.c_str()) == 0) {
-            ::setenv("LOCPATH", m_folder.c_str(), 1);
-            if (std::setlocale(LC_ALL, "de_DE.UTF-8"))
-                return;
-            ::unsetenv("LOCPATH");
-        }
-        m_missing = true;
-    }
-    void TearDown() override {
-        std::setlocale(LC_ALL, "C");
-        std::locale::global(std::locale::classic());
-        if (!m_folder.empty()) {
-            ::unsetenv("LOCPATH");
-            std::error_code ec;
-            std::filesystem::remove_all(m_folder, ec);
-        }
-    }
-
-    bool m_missing = false;
-    std::filesystem::path m_folder;
-};
-
-TEST_F(GermanLocale, NumberTextsKeepTheDecimalPointUnderAGermanLocale) {
-    if (m_missing)
+TEST(SampleText, NumberTextsKeepTheDecimalPointUnderAGermanLocale) {
+    zorvik::testing::GermanLocale german;
+    if (!german.available())
         FAIL() << "no de_DE.UTF-8 locale and localedef could not make one (run "
                   "scripts/install-deps.sh)";
-    std::locale::global(std::locale("de_DE.UTF-8"));
 
     // The locale is really in force: C's and C++'s own conversions now use a comma.
     char printed[32];

@@ -45,12 +45,13 @@ TEST_F(IniFile, PropertiesHoldWhatIsSetAndStartEmpty) {
     EXPECT_EQ(fresh.Section(), "s");
 }
 
-TEST_F(IniFile, SharedInstanceIsOneObjectSeparateInstancesAreIndependent) {
-    EXPECT_EQ(&cInifile::instance(), &cInifile::instance());
+TEST_F(IniFile, SeparateInstancesAreIndependent) {
     cInifile other;
     other.setKey("mine");
-    EXPECT_NE(&other, &cInifile::instance());
+    other.setSection("theirs");
     EXPECT_EQ(ini.Key(), "");
+    EXPECT_EQ(ini.Section(), "");
+    EXPECT_EQ(other.Key(), "mine");
 }
 
 TEST_F(IniFile, ValueOf255OrMoreCharactersReadsBackCutTo254) {

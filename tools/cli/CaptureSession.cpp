@@ -97,7 +97,7 @@ void CaptureSession::onReceived(const ReceiveStep& step) {
     if (done_)
         return;
     if (raw_.is_open()) {
-        const auto& bytes = link_.machine().Value;
+        const auto& bytes = link_.machine().Value();
         raw_.write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));
         raw_.flush();

@@ -36,7 +36,7 @@ bool FrameReporter::report(ReceiveEvent event, const ReceiveMachine& machine) {
         return reportEvent("hunt");
     case ReceiveEvent::Rejected:
         if (events_ && format_ == OutputFormat::Jsonl) {
-            FrameFormatter::rejectedJson(out_.text(), machine.state);
+            FrameFormatter::rejectedJson(out_.text(), machine.state());
             out_.endLine();
         }
         return !out_.failed();
@@ -53,7 +53,8 @@ bool FrameReporter::report(ReceiveEvent event, const ReceiveMachine& machine) {
 }
 
 bool FrameReporter::reportFrame(const ReceiveMachine& machine) {
-    const FormatDispDataResult shown = FormatDispData(machine.state, machine.bytRawData, values_);
+    const FormatDispDataResult shown =
+        FormatDispData(machine.state(), machine.bytRawData(), values_);
     if (shown.CWSRange)
         positions_.range = shown.CWSRange;
     if (shown.CWSCoupling)
@@ -63,11 +64,11 @@ bool FrameReporter::reportFrame(const ReceiveMachine& machine) {
     const std::int64_t index = frames_++;
 
     if (format_ == OutputFormat::Jsonl) {
-        formatter_.frameJson(out_.text(), index, machine.state, machine.bytRawData, values_,
+        formatter_.frameJson(out_.text(), index, machine.state(), machine.bytRawData(), values_,
                              positions_, shown.sngChaVolts);
         out_.endLine();
     } else {
-        formatter_.csvRows(out_, index, values_.sngSampleInterval, machine.bytRawData,
+        formatter_.csvRows(out_, index, values_.sngSampleInterval, machine.bytRawData(),
                            shown.sngChaVolts);
     }
     return !out_.failed();

@@ -108,7 +108,7 @@ TEST(CliWithVirtualProbe, DecodeOfAStreamWithDroppedBytesShowsTheFramesTheWindow
         const QList<QByteArray> raw = arrayItems(shown[frames++], "raw");
         ASSERT_EQ(raw.size(), 128);
         for (std::size_t i = 0; i < kSamplesPerFrame; ++i)
-            EXPECT_EQ(raw[static_cast<int>(i)], QByteArray::number(machine.bytRawData[i]));
+            EXPECT_EQ(raw[static_cast<int>(i)], QByteArray::number(machine.bytRawData()[i]));
     }
     EXPECT_EQ(frames, shown.size());
     EXPECT_GT(frames, 30);

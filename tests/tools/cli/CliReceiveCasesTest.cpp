@@ -211,7 +211,7 @@ TEST(CliReceiveCases, StreamWithDroppedBytesDecodesToTheFramesTheReceiveCycleAcc
         ASSERT_LT(shown, frames.size());
         const QList<QByteArray> raw = arrayItems(frames[shown++], "raw");
         for (std::size_t i = 0; i < kSamplesPerFrame; ++i)
-            EXPECT_EQ(raw[static_cast<int>(i)], QByteArray::number(machine.bytRawData[i]));
+            EXPECT_EQ(raw[static_cast<int>(i)], QByteArray::number(machine.bytRawData()[i]));
     }
     EXPECT_EQ(shown, 8);
 }

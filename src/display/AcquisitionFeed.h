@@ -1,0 +1,36 @@
+// The one place where whatever uses the trace subscribes: a frame was decoded, the displayed
+// acquisition changed. The main window's display chain is the first subscriber; a window that
+// measures, analyses or records the trace connects here too, and the receive handler never
+// learns of it.
+#pragma once
+
+#include "display/DisplayModel.h"
+#include "instrument/ReceiveMachine.h"
+
+#include <QObject>
+
+namespace zorvik {
+
+class AcquisitionFeed : public QObject {
+    Q_OBJECT
+public:
+    explicit AcquisitionFeed(QObject* parent = nullptr) : QObject(parent) {}
+
+    /// A completed read of the receive cycle: a step that carries a record to show is handed
+    /// on as `frameDecoded`.
+    void take(const zorvik::ReceiveStep& step) {
+        if (step.frame)
+            emit frameDecoded(*step.frame);
+    }
+    /// The displayed acquisition changed (a frame shown, a knob turned, a file loaded, the
+    /// reference stored): tells every subscriber.
+    void announce(const zorvik::DisplayModel& model) { emit acquisitionChanged(model); }
+
+signals:
+    /// A frame (or the present record again) is to be shown; the main window shows it.
+    void frameDecoded(const zorvik::DecodedFrame& frame);
+    /// The traces on screen were drawn anew from `model`.
+    void acquisitionChanged(const zorvik::DisplayModel& model);
+};
+
+} // namespace zorvik
