@@ -3,6 +3,7 @@
 
 #include "dialogs/OptionsHost.h"
 #include "display/AcquisitionFeed.h"
+#include "display/GraphNames.h"
 #include "instrument/PortInventory.h"
 #include "printing/PrintingServices.h"
 #include "support/ElasticWidgetForm.h"
@@ -273,10 +274,10 @@ void frmMain::writeBareStatusLabels() {
 
 void frmMain::hideIndicatorPointers() {
     CWSTrigger->setPointerVisible(false);
-    CWSTrigger->setPointerVisible("Pointer-1", false);
+    CWSTrigger->setPointerVisible(names::kPointer1, false);
     CWSCoupling->setPointerVisible(false);
     CWSRange->setPointerVisible(false);
-    CWSTrigInd->setPointerVisible("TrigLvl", false);
+    CWSTrigInd->setPointerVisible(names::kTrigLvl, false);
 }
 
 void frmMain::recordDefaultColors() {
@@ -284,8 +285,8 @@ void frmMain::recordDefaultColors() {
         defaultColors.cursors[static_cast<std::size_t>(i)] =
             CWGraph1->cursorColor(QString("Cursor%1").arg(i + 1));
     defaultColors.display = CWGraph1->plotAreaColor();
-    defaultColors.primaryTrace = CWGraph1->plotColor("CHa");
-    defaultColors.referenceTrace = CWGraph1->plotColor("Ref");
+    defaultColors.primaryTrace = CWGraph1->plotColor(names::kPlotCHa);
+    defaultColors.referenceTrace = CWGraph1->plotColor(names::kPlotRef);
 }
 
 } // namespace zorvik

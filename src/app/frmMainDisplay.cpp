@@ -6,6 +6,7 @@
 #include "display/ChartA.h"
 #include "display/CursorReadouts.h"
 #include "display/GraphFurniture.h"
+#include "display/GraphNames.h"
 #include "display/ScaleTables.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
@@ -30,7 +31,7 @@ void frmMain::FormatDispData() {
     CWSTrigger->setPointerVisible(true);
     CWSCoupling->setPointerVisible(true);
     CWSRange->setPointerVisible(true);
-    CWSTrigInd->setPointerVisible("TrigLvl", true);
+    CWSTrigInd->setPointerVisible(names::kTrigLvl, true);
 }
 
 void frmMain::ChartA() {
@@ -53,8 +54,8 @@ void frmMain::ChartA() {
             CWGraph1->plotY(plot, store.data(), static_cast<int>(store.size()), u.firstX, u.xStep);
         }
     };
-    apply("CHa", r.CHa, model_.sngChaPlot);
-    apply("Ref", r.Ref, model_.sngRefPlot);
+    apply(names::kPlotCHa, r.CHa, model_.sngChaPlot);
+    apply(names::kPlotRef, r.Ref, model_.sngRefPlot);
     CWGraph1->redraw();
     services_.feed->announce(model_);
 }
@@ -63,13 +64,13 @@ void frmMain::ShowTrigLevel() {
     const TrigIndicatorPointers p =
         zorvik::ShowTrigLevel(model_.acquisition.sngTrigLevel, model_.sngChaGain,
                               model_.sngChaOffset, CWBChaInv->value(), CWSCHaOffset->value());
-    CWSTrigInd->setPointerValue("TrigLvl", p.TrigLvl);
-    CWSTrigInd->setPointerValue("CHa_Zero", p.CHa_Zero);
+    CWSTrigInd->setPointerValue(names::kTrigLvl, p.TrigLvl);
+    CWSTrigInd->setPointerValue(names::kChaZero, p.CHa_Zero);
 }
 
 void frmMain::SetXAxis() {
-    CWGraph1->setAxisMinimum("XAxis", model_.varGraphOffset);
-    CWGraph1->setAxisMaximum("XAxis", xAxisMaximum(CWGraph1->axisMinimum("XAxis")));
+    CWGraph1->setAxisMinimum(names::kXAxis, model_.varGraphOffset);
+    CWGraph1->setAxisMaximum(names::kXAxis, xAxisMaximum(CWGraph1->axisMinimum(names::kXAxis)));
     CWGraph1->redraw();
 }
 
@@ -97,10 +98,10 @@ void frmMain::DisplayCursorData() {
     CursorInputs in;
     in.CWBHCursors = CWBHCursors->value();
     in.CWBVCursors = CWBVCursors->value();
-    in.Cursor1X = position("Cursor1", true);
-    in.Cursor2X = position("Cursor2", true);
-    in.Cursor3Y = position("Cursor3", false);
-    in.Cursor4Y = position("Cursor4", false);
+    in.Cursor1X = position(names::kCursor1, true);
+    in.Cursor2X = position(names::kCursor2, true);
+    in.Cursor3Y = position(names::kCursor3, false);
+    in.Cursor4Y = position(names::kCursor4, false);
     in.sngChaGain = model_.sngChaGain;
     in.lngDivPerSec = model_.lngDivPerSec;
     in.intTimeUnit = model_.intTimeUnit;

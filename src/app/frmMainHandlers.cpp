@@ -1,6 +1,7 @@
 // Handlers of the front-panel controls, the reference buttons and the graph's cursors.
 #include "app/frmMain.h"
 
+#include "display/GraphNames.h"
 #include "instrument/ReceiveMachine.h"
 #include "printing/PrintingServices.h"
 #include "support/cHTMLHelp.h"
@@ -73,23 +74,23 @@ void frmMain::CWSPan_ValueChanged(double Value) {
 void frmMain::CWBVCursors_ValueChanged(bool Value) {
     if (Value) {
         // One division apart, one and two divisions from the window's left edge.
-        const double m = CWGraph1->axisMinimum("XAxis");
-        CWGraph1->setCursorX("Cursor1", m + 1);
-        CWGraph1->setCursorX("Cursor2", m + 2);
+        const double m = CWGraph1->axisMinimum(names::kXAxis);
+        CWGraph1->setCursorX(names::kCursor1, m + 1);
+        CWGraph1->setCursorX(names::kCursor2, m + 2);
     }
-    CWGraph1->setCursorVisible("Cursor1", Value);
-    CWGraph1->setCursorVisible("Cursor2", Value);
+    CWGraph1->setCursorVisible(names::kCursor1, Value);
+    CWGraph1->setCursorVisible(names::kCursor2, Value);
     DisplayCursorData();
 }
 
 void frmMain::CWBHCursors_ValueChanged(bool Value) {
     if (Value) {
-        const double m = CWGraph1->axisMinimum("YAxis-1");
-        CWGraph1->setCursorY("Cursor3", m + 1);
-        CWGraph1->setCursorY("Cursor4", m + 2);
+        const double m = CWGraph1->axisMinimum(names::kYAxis);
+        CWGraph1->setCursorY(names::kCursor3, m + 1);
+        CWGraph1->setCursorY(names::kCursor4, m + 2);
     }
-    CWGraph1->setCursorVisible("Cursor3", Value);
-    CWGraph1->setCursorVisible("Cursor4", Value);
+    CWGraph1->setCursorVisible(names::kCursor3, Value);
+    CWGraph1->setCursorVisible(names::kCursor4, Value);
     DisplayCursorData();
 }
 
@@ -107,9 +108,9 @@ void frmMain::CWBStoreRef_ValueChanged(bool Value) {
             CWBRef->setValue(true);
         if (model_.blnLiveData && CWBPwr->value())
             holdAcquisition();
-        CWGraph1->setPlotVisible("CHa", false);
-        CWSTrigger->setPointerValue("Pointer-1", kPointerTriggered);
-        CWSTrigger->setPointerVisible("Pointer-1", true);
+        CWGraph1->setPlotVisible(names::kPlotCHa, false);
+        CWSTrigger->setPointerValue(names::kPointer1, kPointerTriggered);
+        CWSTrigger->setPointerVisible(names::kPointer1, true);
         CWBPrint->setEnabled(true);
         model_.blnRefLoaded = false;
         ChartA();
@@ -118,19 +119,19 @@ void frmMain::CWBStoreRef_ValueChanged(bool Value) {
     if (model_.blnLiveData && CWBPwr->value())
         resumeAcquisition();
     CWBPrint->setEnabled(false);
-    CWGraph1->setPlotVisible("CHa", true);
+    CWGraph1->setPlotVisible(names::kPlotCHa, true);
     ChartA();
 }
 
 void frmMain::CWBRef_ValueChanged(bool Value) {
     if (Value) {
         ChartA();
-        CWGraph1->setPlotVisible("Ref", true);
+        CWGraph1->setPlotVisible(names::kPlotRef, true);
         if (CWBStoreRef->value() || model_.blnRefLoaded)
             CWBPrint->setEnabled(true);
         return;
     }
-    CWGraph1->setPlotVisible("Ref", false);
+    CWGraph1->setPlotVisible(names::kPlotRef, false);
     CWBPrint->setEnabled(false);
 }
 

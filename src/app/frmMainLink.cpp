@@ -3,6 +3,7 @@
 #include "app/frmMain.h"
 
 #include "app/ProgramServices.h"
+#include "display/GraphNames.h"
 #include "support/MessageBox.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Led.h"
@@ -102,8 +103,8 @@ void frmMain::onReceived(const ReceiveStep& step) {
     if (step.disablePrint)
         CWBPrint->setEnabled(false);
     if (step.pointer1) {
-        CWSTrigger->setPointerValue("Pointer-1", *step.pointer1);
-        CWSTrigger->setPointerVisible("Pointer-1", true);
+        CWSTrigger->setPointerValue(names::kPointer1, *step.pointer1);
+        CWSTrigger->setPointerVisible(names::kPointer1, true);
     }
 }
 

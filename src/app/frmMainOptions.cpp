@@ -3,6 +3,7 @@
 
 #include "dialogs/OptionsHost.h"
 #include "dialogs/frmOptions.h"
+#include "display/GraphNames.h"
 #include "instrument/PortInventory.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
@@ -60,7 +61,8 @@ public:
     }
     QColor defaultPlotAreaColor() const override { return w_.defaultColors.display; }
     QColor defaultPlotLineColor(const QString& plot) const override {
-        return plot == "Ref" ? w_.defaultColors.referenceTrace : w_.defaultColors.primaryTrace;
+        return plot == names::kPlotRef ? w_.defaultColors.referenceTrace
+                                       : w_.defaultColors.primaryTrace;
     }
     void refreshMainWindow() override {
         w_.CWGraph1->redraw();

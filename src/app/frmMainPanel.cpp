@@ -4,6 +4,7 @@
 // elastic layout scales them with the window.
 #include "app/frmMain.h"
 
+#include "display/GraphNames.h"
 #include "instrument/DecodeTables.h"
 #include "support/TextFit.h"
 #include "widgets/IndicatorSlide.h"
@@ -138,11 +139,15 @@ void frmMain::buildPanel() {
     // The graph with its side scale and the pan slide below it.
     CWGraph1 = place(new ScopeGraph(panel), "CWGraph1", "Trace display", {10, 10, 496, 330});
     CWGraph1->setAccessibleDescription("Oscilloscope graph: 10 divisions wide");
+    // The panel addresses its graph and scales by the names of GraphNames.h only: a name they
+    // do not know is a mistake, reported instead of passing unnoticed.
+    CWGraph1->setStrictNames(true);
     CWSTrigInd = place(new IndicatorSlide(panel), "CWSTrigInd", "Trigger level and zero",
                        {508, 10, 38, 330});
+    CWSTrigInd->setStrictNames(true);
     CWSTrigInd->setRange(-4, 4);
-    CWSTrigInd->addPointer("TrigLvl", "T");
-    CWSTrigInd->addPointer("CHa_Zero", "0");
+    CWSTrigInd->addPointer(names::kTrigLvl, "T");
+    CWSTrigInd->addPointer(names::kChaZero, "0");
     CWSTrigInd->alignTrackWith(CWGraph1);
     CWSPan = place(new Slide(Qt::Horizontal, panel), "CWSPan", "PAN", {10, 342, 496, 32});
     CWSPan->setRange(0, 100);
@@ -253,12 +258,13 @@ void frmMain::buildPanel() {
     CWSCoupling->setPositionLabels(toList(kCouplingLabels));
     auto* fraTrig = frame(panel, "fraTrig", "TRIGGER", {326, 484, 220, 90});
     CWSTrigger = place(new IndicatorSlide(fraTrig), "CWSTrigger", "TRIGGER", {6, 22, 208, 62});
+    CWSTrigger->setStrictNames(true);
     CWSTrigger->setOrientation(Qt::Horizontal);
     CWSTrigger->setPositionLabels(toList(kTriggerLabels));
-    CWSTrigger->addPointer("Pointer-1");
-    CWSTrigger->setPointerVisible("Pointer-1", false);
-    CWSTrigger->addPointerStateMark("Pointer-1", kPointerWaiting, "WAIT", QColor(255, 176, 0));
-    CWSTrigger->addPointerStateMark("Pointer-1", kPointerTriggered, "TRIG", QColor(0, 230, 0));
+    CWSTrigger->addPointer(names::kPointer1);
+    CWSTrigger->setPointerVisible(names::kPointer1, false);
+    CWSTrigger->addPointerStateMark(names::kPointer1, kPointerWaiting, "WAIT", QColor(255, 176, 0));
+    CWSTrigger->addPointerStateMark(names::kPointer1, kPointerTriggered, "TRIG", QColor(0, 230, 0));
 
     // Status bar with its three keyed panels.
     auto* bar = new QStatusBar(this);
@@ -287,9 +293,9 @@ void frmMain::connectPanel() {
     // The "0" pointer beside the graph marks where the offset puts 0 V: it stands at the
     // offset slide's value from the start and follows the slide whenever it is set, also when
     // a waveform file sets it without running its handler.
-    CWSTrigInd->setPointerValue("CHa_Zero", CWSCHaOffset->value());
+    CWSTrigInd->setPointerValue(names::kChaZero, CWSCHaOffset->value());
     connect(CWSCHaOffset, &Slide::positionChanged, this,
-            [this](double value) { CWSTrigInd->setPointerValue("CHa_Zero", value); });
+            [this](double value) { CWSTrigInd->setPointerValue(names::kChaZero, value); });
     connect(CWBCHaCal, &LitButton::valueChanged, this, &frmMain::CWBCHaCal_ValueChanged);
     connect(CWBChaInv, &LitButton::valueChanged, this, &frmMain::CWBChaInv_ValueChanged);
     connect(CWSPan, &Slide::valueChanged, this, &frmMain::CWSPan_ValueChanged);

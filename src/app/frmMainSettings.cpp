@@ -1,16 +1,18 @@
 // The main window's part in the settings file: which controls the file restores and saves.
 #include "app/frmMain.h"
 
+#include "app/StoredPanelValues.h"
+#include "display/GraphNames.h"
 #include "storage/ConversionError.h"
 #include "storage/SettingsFile.h"
 #include "storage/SettingsPanel.h"
-#include "storage/VbConvert.h"
 #include "storage/cInifile.h"
 #include "widgets/Knob.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
 #include "widgets/Slide.h"
 
+#include <iterator>
 #include <stdexcept>
 
 namespace zorvik {
@@ -28,6 +30,52 @@ QColor fromRgb(std::int32_t rgb) {
     return QColor(rgb & 0xFF, (rgb >> 8) & 0xFF, (rgb >> 16) & 0xFF);
 }
 
+/// Where each colour of the COLORS section lives on the graph, in the section's order.
+struct GraphColourSlot {
+    enum Part { Cursor, Area, Plot } part;
+    const char* name; ///< the cursor or plot; none for the plot area
+};
+constexpr GraphColourSlot kColourSlots[] = {
+    {GraphColourSlot::Cursor, names::kCursor1}, {GraphColourSlot::Cursor, names::kCursor2},
+    {GraphColourSlot::Cursor, names::kCursor3}, {GraphColourSlot::Cursor, names::kCursor4},
+    {GraphColourSlot::Area, nullptr},           {GraphColourSlot::Plot, names::kPlotCHa},
+    {GraphColourSlot::Plot, names::kPlotRef},
+};
+static_assert(std::size(kColourSlots) ==
+              static_cast<std::size_t>(SettingsColour::Referencetrace) + 1);
+
+const GraphColourSlot& slotOf(SettingsColour which) {
+    return kColourSlots[static_cast<std::size_t>(which)];
+}
+
+QColor colourAt(const ScopeGraph& graph, SettingsColour which) {
+    const GraphColourSlot& slot = slotOf(which);
+    switch (slot.part) {
+    case GraphColourSlot::Cursor:
+        return graph.cursorColor(slot.name);
+    case GraphColourSlot::Plot:
+        return graph.plotColor(slot.name);
+    case GraphColourSlot::Area:
+        break;
+    }
+    return graph.plotAreaColor();
+}
+
+void setColourAt(ScopeGraph& graph, SettingsColour which, const QColor& colour) {
+    const GraphColourSlot& slot = slotOf(which);
+    switch (slot.part) {
+    case GraphColourSlot::Cursor:
+        graph.setCursorColor(slot.name, colour);
+        return;
+    case GraphColourSlot::Plot:
+        graph.setPlotColor(slot.name, colour);
+        return;
+    case GraphColourSlot::Area:
+        break;
+    }
+    graph.setPlotAreaColor(colour);
+}
+
 /// The controls of the main window as the settings file sees them. A value a control refuses
 /// throws, so the file's reader skips that key and goes on with the next.
 class MainWindowSettings final : public SettingsPanel {
@@ -39,73 +87,27 @@ public:
     double chaOffsetValue() const override { return w_.CWSCHaOffset->value(); }
 
     std::int32_t colour(SettingsColour which) const override {
-        switch (which) {
-        case SettingsColour::Cursor1:
-            return toRgb(w_.CWGraph1->cursorColor("Cursor1"));
-        case SettingsColour::Cursor2:
-            return toRgb(w_.CWGraph1->cursorColor("Cursor2"));
-        case SettingsColour::Cursor3:
-            return toRgb(w_.CWGraph1->cursorColor("Cursor3"));
-        case SettingsColour::Cursor4:
-            return toRgb(w_.CWGraph1->cursorColor("Cursor4"));
-        case SettingsColour::Display:
-            return toRgb(w_.CWGraph1->plotAreaColor());
-        case SettingsColour::Primarytrace:
-            return toRgb(w_.CWGraph1->plotColor("CHa"));
-        case SettingsColour::Referencetrace:
-            return toRgb(w_.CWGraph1->plotColor("Ref"));
-        }
-        return 0;
+        return toRgb(colourAt(*w_.CWGraph1, which));
     }
 
     bool button(SettingsButton which) const override { return buttonFor(which)->value(); }
 
     void applyTimeRange(std::int32_t value) override {
-        applyKnob(w_.CWKTimeRange, value);
+        setKnobFromFile(*w_.CWKTimeRange, value);
         w_.CWKTimeRange_ValueChanged(value);
     }
 
     void applyChaLevel(std::int32_t value) override {
-        applyKnob(w_.CWKChaLvl, value);
+        setKnobFromFile(*w_.CWKChaLvl, value);
         w_.CWKChaLvl_ValueChanged(value);
     }
 
     void applyChaOffset(const std::string& text) override {
-        // The slide takes the text as a number; text that is not one, or a value beyond the
-        // slide's range, is refused.
-        const double value = VbConvert::textToDouble(text);
-        Slide* s = w_.CWSCHaOffset;
-        if (value < s->minimum() || value > s->maximum())
-            throw std::out_of_range("offset beyond the slide");
-        s->setValueSilently(value);
-        w_.CWSCHaOffset_ValueChanged(value);
+        w_.CWSCHaOffset_ValueChanged(setOffsetFromFile(*w_.CWSCHaOffset, text));
     }
 
     void setColour(SettingsColour which, std::int32_t rgb) override {
-        const QColor c = fromRgb(rgb);
-        switch (which) {
-        case SettingsColour::Cursor1:
-            w_.CWGraph1->setCursorColor("Cursor1", c);
-            break;
-        case SettingsColour::Cursor2:
-            w_.CWGraph1->setCursorColor("Cursor2", c);
-            break;
-        case SettingsColour::Cursor3:
-            w_.CWGraph1->setCursorColor("Cursor3", c);
-            break;
-        case SettingsColour::Cursor4:
-            w_.CWGraph1->setCursorColor("Cursor4", c);
-            break;
-        case SettingsColour::Display:
-            w_.CWGraph1->setPlotAreaColor(c);
-            break;
-        case SettingsColour::Primarytrace:
-            w_.CWGraph1->setPlotColor("CHa", c);
-            break;
-        case SettingsColour::Referencetrace:
-            w_.CWGraph1->setPlotColor("Ref", c);
-            break;
-        }
+        setColourAt(*w_.CWGraph1, which, fromRgb(rgb));
     }
 
     void applyButton(SettingsButton which, bool value) override {
@@ -124,12 +126,6 @@ public:
     }
 
 private:
-    static void applyKnob(Knob* knob, std::int32_t value) {
-        if (value < 1 || value > knob->positionCount())
-            throw std::out_of_range("position the knob does not have");
-        knob->setValueSilently(value);
-    }
-
     LitButton* buttonFor(SettingsButton which) const {
         switch (which) {
         case SettingsButton::Hcursors:

@@ -2,16 +2,14 @@
 // panel, probe settings and reference store that a file is saved from and loaded into.
 #include "app/frmMain.h"
 
+#include "app/StoredPanelValues.h"
 #include "storage/FileFormHost.h"
-#include "storage/VbConvert.h"
 #include "storage/WaveformTarget.h"
 #include "storage/frmFile.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
 #include "widgets/LitButton.h"
 #include "widgets/Slide.h"
-
-#include <stdexcept>
 
 namespace zorvik {
 
@@ -36,22 +34,15 @@ public:
     float refSampleInterval() const override { return w_.model().sngRefSampleInterval; }
 
     void setTimeRange(std::int32_t position) override {
-        checkPosition(w_.CWKTimeRange, position);
-        w_.CWKTimeRange->setValueSilently(position);
+        setKnobFromFile(*w_.CWKTimeRange, position);
         w_.SetTimeScale();
     }
     void setChaLevel(std::int32_t position) override {
-        checkPosition(w_.CWKChaLvl, position);
-        w_.CWKChaLvl->setValueSilently(position);
+        setKnobFromFile(*w_.CWKChaLvl, position);
         w_.SetChaScale();
     }
     void setChaOffset(const std::string& text) override {
-        // The slide takes the text as a number within its range.
-        const double value = VbConvert::textToDouble(text);
-        Slide* s = w_.CWSCHaOffset;
-        if (value < s->minimum() || value > s->maximum())
-            throw std::out_of_range("offset beyond the slide");
-        s->setValueSilently(value);
+        setOffsetFromFile(*w_.CWSCHaOffset, text);
         w_.SetChaScale();
         w_.CWBChaCalLed->setValue(w_.model().sngChaOffset != 0.0f);
     }
@@ -67,11 +58,6 @@ public:
     void setRefSampleInterval(float seconds) override { w_.model().sngRefSampleInterval = seconds; }
 
 private:
-    static void checkPosition(const Knob* knob, std::int32_t position) {
-        if (position < 1 || position > knob->positionCount())
-            throw std::out_of_range("position the knob does not have");
-    }
-
     frmMain& w_;
 };
 

@@ -2,6 +2,7 @@
 #include "dialogs/frmOptions.h"
 
 #include "dialogs/PortListText.h"
+#include "display/GraphNames.h"
 #include "instrument/PortMap.h"
 #include "support/Twips.h"
 
@@ -22,8 +23,6 @@ namespace {
 
 /// The only baud rate the probe speaks.
 const QString kBaudRateText = QStringLiteral("19200");
-
-const char* const kCursorNames[] = {"Cursor1", "Cursor2", "Cursor3", "Cursor4"};
 
 frmOptions::ModalRunner& modalRunner() {
     static frmOptions::ModalRunner runner;
@@ -264,11 +263,11 @@ QColor frmOptions::colorOf(Target target) const {
     case PlotArea:
         return host_->plotAreaColor();
     case PrimaryTrace:
-        return host_->plotLineColor(QStringLiteral("CHa"));
+        return host_->plotLineColor(names::kPlotCHa);
     case ReferenceTrace:
-        return host_->plotLineColor(QStringLiteral("Ref"));
+        return host_->plotLineColor(names::kPlotRef);
     default:
-        return host_->cursorColor(QLatin1String(kCursorNames[target]));
+        return host_->cursorColor(QLatin1String(names::kCursors[static_cast<std::size_t>(target)]));
     }
 }
 
@@ -278,13 +277,14 @@ void frmOptions::setColorOf(Target target, const QColor& color) {
         host_->setPlotAreaColor(color);
         break;
     case PrimaryTrace:
-        host_->setPlotLineColor(QStringLiteral("CHa"), color);
+        host_->setPlotLineColor(names::kPlotCHa, color);
         break;
     case ReferenceTrace:
-        host_->setPlotLineColor(QStringLiteral("Ref"), color);
+        host_->setPlotLineColor(names::kPlotRef, color);
         break;
     default:
-        host_->setCursorColor(QLatin1String(kCursorNames[target]), color);
+        host_->setCursorColor(QLatin1String(names::kCursors[static_cast<std::size_t>(target)]),
+                              color);
         break;
     }
 }
@@ -294,11 +294,12 @@ QColor frmOptions::defaultColorOf(Target target) const {
     case PlotArea:
         return host_->defaultPlotAreaColor();
     case PrimaryTrace:
-        return host_->defaultPlotLineColor(QStringLiteral("CHa"));
+        return host_->defaultPlotLineColor(names::kPlotCHa);
     case ReferenceTrace:
-        return host_->defaultPlotLineColor(QStringLiteral("Ref"));
+        return host_->defaultPlotLineColor(names::kPlotRef);
     default:
-        return host_->defaultCursorColor(QLatin1String(kCursorNames[target]));
+        return host_->defaultCursorColor(
+            QLatin1String(names::kCursors[static_cast<std::size_t>(target)]));
     }
 }
 

@@ -1,6 +1,8 @@
 // The four measuring cursors of the scope graph: their state, hit testing and drawing.
 #include "widgets/GraphCursors.h"
 
+#include "display/GraphNames.h"
+
 #include <cmath>
 
 namespace zorvik {
@@ -9,10 +11,10 @@ GraphCursors::GraphCursors(QCustomPlot* plot) : QCPLayerable(plot, QStringLitera
     // Vertical pair in magenta, horizontal pair in light green; the time pair one and two
     // divisions from the left edge, the voltage pair one and two divisions above the bottom.
     m_cursors = {
-        {QStringLiteral("Cursor1"), Qt::Vertical, 1.0, 0.0, false, QColor(255, 90, 255)},
-        {QStringLiteral("Cursor2"), Qt::Vertical, 2.0, 0.0, false, QColor(255, 90, 255)},
-        {QStringLiteral("Cursor3"), Qt::Horizontal, 0.0, -3.0, false, QColor(90, 255, 160)},
-        {QStringLiteral("Cursor4"), Qt::Horizontal, 0.0, -2.0, false, QColor(90, 255, 160)},
+        {names::kCursor1, Qt::Vertical, 1.0, 0.0, false, QColor(255, 90, 255)},
+        {names::kCursor2, Qt::Vertical, 2.0, 0.0, false, QColor(255, 90, 255)},
+        {names::kCursor3, Qt::Horizontal, 0.0, -3.0, false, QColor(90, 255, 160)},
+        {names::kCursor4, Qt::Horizontal, 0.0, -2.0, false, QColor(90, 255, 160)},
     };
 }
 

@@ -94,7 +94,7 @@ void IndicatorSlide::setPointerVisible(bool visible) {
 }
 
 bool IndicatorSlide::addPointer(const QString& name, const QString& label, const QColor& color) {
-    if (name.isEmpty() || find(name) >= 0)
+    if (name.isEmpty() || indexOf(name) >= 0)
         return false;
     Pointer p;
     p.name = name;
@@ -114,12 +114,25 @@ QStringList IndicatorSlide::pointerNames() const {
     return names;
 }
 
-int IndicatorSlide::find(const QString& name) const {
+int IndicatorSlide::indexOf(const QString& name) const {
     for (int i = 0; i < m_pointers.size(); ++i) {
         if (m_pointers.at(i).name == name)
             return i;
     }
     return -1;
+}
+
+int IndicatorSlide::find(const QString& name) const {
+    const int i = indexOf(name);
+    if (i < 0 && m_strictNames) {
+        qWarning("%s: no pointer is named \"%s\"", qPrintable(objectName()), qPrintable(name));
+        Q_ASSERT_X(false, "IndicatorSlide", "a pointer name the scale does not know");
+    }
+    return i;
+}
+
+void IndicatorSlide::setStrictNames(bool strict) {
+    m_strictNames = strict;
 }
 
 bool IndicatorSlide::setPointerValue(const QString& name, double value) {

@@ -70,22 +70,25 @@ public:
                     const QColor& color = QColor());
     QStringList pointerNames() const;
     /// Named-pointer accessors; unknown names are ignored (false, NaN, invalid colour, "").
+    /// With strict names (the program's own scales) such a name is a mistake in the program:
+    /// it is logged and, in a debug build, stops at an assertion.
     bool setPointerValue(const QString& name, double value);
-    double pointerValue(const QString& name) const;
+    [[nodiscard]] double pointerValue(const QString& name) const;
     bool setPointerVisible(const QString& name, bool visible);
-    bool pointerVisible(const QString& name) const;
+    [[nodiscard]] bool pointerVisible(const QString& name) const;
     bool setPointerColor(const QString& name, const QColor& color);
-    QColor pointerColor(const QString& name) const;
-    QString pointerLabel(const QString& name) const;
+    [[nodiscard]] QColor pointerColor(const QString& name) const;
+    [[nodiscard]] QString pointerLabel(const QString& name) const;
+    void setStrictNames(bool strict);
 
     /// Ties `value` of pointer `name` to a lit lamp showing `text` in `color` (replacing an
     /// earlier mark for the same value). False for an unknown pointer or a NaN value.
     bool addPointerStateMark(const QString& name, double value, const QString& text,
                              const QColor& color);
     /// The text of the lamp of pointer `name` as lit now ("" when dark or unknown).
-    QString pointerStateText(const QString& name) const;
+    [[nodiscard]] QString pointerStateText(const QString& name) const;
     /// The colour of that lamp as lit now (invalid when dark or unknown).
-    QColor pointerStateColor(const QString& name) const;
+    [[nodiscard]] QColor pointerStateColor(const QString& name) const;
 
     /// Space kept free at the ends of the scale, in pixels: top and bottom of a vertical
     /// indicator, left and right of a horizontal one. Default: about half a line.
@@ -162,7 +165,8 @@ private:
     DiscreteLayout discreteLayout() const;
     QRectF discreteLabelBox(const DiscreteLayout& d, int k, bool bold) const;
     QVector<TagPlace> tagPlaces(const Track& track) const;
-    int find(const QString& name) const;
+    int indexOf(const QString& name) const;
+    int find(const QString& name) const; ///< indexOf, reporting a miss under strict names
     const StateMark* litMark(const Pointer& pointer) const;
     bool hasLamps() const;
     Track track() const;
@@ -175,6 +179,7 @@ private:
     Mode m_mode = Mode::Discrete;
     Qt::Orientation m_orientation = Qt::Vertical;
     Qt::Edge m_edge = Qt::RightEdge;
+    bool m_strictNames = false;
     QStringList m_labels;
     double m_minimum = -4.0;
     double m_maximum = 4.0;

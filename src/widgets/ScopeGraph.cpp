@@ -1,6 +1,7 @@
 // The scope's graph: named traces, axes in divisions, a graticule and four draggable cursors.
 #include "widgets/ScopeGraph.h"
 
+#include "display/GraphNames.h"
 #include "widgets/GraphBackdrop.h"
 #include "widgets/GraphCursors.h"
 #include "widgets/GraticuleLayer.h"
@@ -53,8 +54,8 @@ ScopeGraph::ScopeGraph(QWidget* parent) : QCustomPlot(parent) {
 
     m_graticule = new GraticuleLayer(this);
     m_cursors = new GraphCursors(this);
-    addPlot(QStringLiteral("CHa"), QColor(255, 255, 0));
-    addPlot(QStringLiteral("Ref"), QColor(0, 200, 255));
+    addPlot(names::kPlotCHa, QColor(255, 255, 0));
+    addPlot(names::kPlotRef, QColor(0, 200, 255));
 
     m_redrawTimer.setSingleShot(true);
     connect(&m_redrawTimer, &QTimer::timeout, this, [this] { replot(rpQueuedRefresh); });
@@ -84,7 +85,29 @@ QStringList ScopeGraph::plotNames() const {
 }
 
 QCPGraph* ScopeGraph::plot(const QString& name) const {
-    return m_plots.value(name, nullptr);
+    QCPGraph* g = m_plots.value(name, nullptr);
+    if (!g)
+        reportUnknown(name);
+    return g;
+}
+
+int ScopeGraph::cursorIndex(const QString& name) const {
+    const int i = m_cursors->find(name);
+    if (i < 0)
+        reportUnknown(name);
+    return i;
+}
+
+void ScopeGraph::setStrictNames(bool strict) {
+    m_strictNames = strict;
+}
+
+void ScopeGraph::reportUnknown(const QString& name) const {
+    if (!m_strictNames)
+        return;
+    qWarning("%s: no plot, axis or cursor is named \"%s\"", qPrintable(objectName()),
+             qPrintable(name));
+    Q_ASSERT_X(false, "ScopeGraph", "a name the graph does not know");
 }
 
 bool ScopeGraph::plotY(const QString& name, const float* ys, int count, double firstX,
@@ -177,10 +200,11 @@ QColor ScopeGraph::plotColor(const QString& name) const {
 // ---- axes ----
 
 ScopeGraph::AxisLimits* ScopeGraph::axisLimits(const QString& name) {
-    if (name == QLatin1String("XAxis"))
+    if (name == names::kXAxis)
         return &m_xLimits;
-    if (name == QLatin1String("YAxis-1"))
+    if (name == names::kYAxis)
         return &m_yLimits;
+    reportUnknown(name);
     return nullptr;
 }
 
@@ -234,17 +258,17 @@ QStringList ScopeGraph::cursorNames() const {
 }
 
 double ScopeGraph::cursorX(const QString& name) const {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     return i < 0 ? kNaN : m_cursors->at(i).x;
 }
 
 double ScopeGraph::cursorY(const QString& name) const {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     return i < 0 ? kNaN : m_cursors->at(i).y;
 }
 
 bool ScopeGraph::setCursorX(const QString& name, double x) {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     if (i < 0 || !std::isfinite(x))
         return false;
     m_cursors->at(i).x = x;
@@ -253,7 +277,7 @@ bool ScopeGraph::setCursorX(const QString& name, double x) {
 }
 
 bool ScopeGraph::setCursorY(const QString& name, double y) {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     if (i < 0 || !std::isfinite(y))
         return false;
     m_cursors->at(i).y = y;
@@ -262,12 +286,12 @@ bool ScopeGraph::setCursorY(const QString& name, double y) {
 }
 
 bool ScopeGraph::cursorVisible(const QString& name) const {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     return i >= 0 && m_cursors->at(i).visible;
 }
 
 bool ScopeGraph::setCursorVisible(const QString& name, bool visible) {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     if (i < 0)
         return false;
     m_cursors->at(i).visible = visible;
@@ -278,12 +302,12 @@ bool ScopeGraph::setCursorVisible(const QString& name, bool visible) {
 }
 
 QColor ScopeGraph::cursorColor(const QString& name) const {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     return i < 0 ? QColor() : m_cursors->at(i).color;
 }
 
 bool ScopeGraph::setCursorColor(const QString& name, const QColor& color) {
-    const int i = m_cursors->find(name);
+    const int i = cursorIndex(name);
     if (i < 0 || !color.isValid())
         return false;
     m_cursors->at(i).color = color;
@@ -297,7 +321,7 @@ QString ScopeGraph::selectedCursor() const {
 }
 
 bool ScopeGraph::selectCursor(const QString& name) {
-    const int i = name.isEmpty() ? -1 : m_cursors->find(name);
+    const int i = name.isEmpty() ? -1 : cursorIndex(name);
     if (i < 0 && !name.isEmpty())
         return false;
     m_cursors->setSelected(i);

@@ -24,7 +24,8 @@ class GraticuleLayer;
 /// Every change schedules a redraw; redraws are paced to the screen's refresh rate, so a burst
 /// of frames costs one repaint per refresh and the newest data is always the one shown.
 /// Names the graph does not know are ignored: setters return false, getters NaN, false, an
-/// invalid colour or empty data.
+/// invalid colour or empty data. With strict names (the program's own graph) such a name is a
+/// mistake in the program: it is logged and, in a debug build, stops at an assertion.
 class ScopeGraph : public QCustomPlot {
     Q_OBJECT
 
@@ -46,33 +47,36 @@ public:
     bool clearData(const QString& name);
     void clearAllPlots();
     /// The points of a plot as drawn, in order of X.
-    PlotData plotData(const QString& name) const;
+    [[nodiscard]] PlotData plotData(const QString& name) const;
     bool setPlotVisible(const QString& name, bool visible);
-    bool plotVisible(const QString& name) const;
+    [[nodiscard]] bool plotVisible(const QString& name) const;
     bool setPlotColor(const QString& name, const QColor& color);
-    QColor plotColor(const QString& name) const;
+    [[nodiscard]] QColor plotColor(const QString& name) const;
 
     // Axes ("XAxis", "YAxis-1"). The values are kept exactly as set: while a new minimum lies
     // above the maximum (for example when the window is moved right in two steps), the axis
     // reports what was set and keeps showing its last valid range until the other end follows.
-    double axisMinimum(const QString& name) const;
-    double axisMaximum(const QString& name) const;
+    [[nodiscard]] double axisMinimum(const QString& name) const;
+    [[nodiscard]] double axisMaximum(const QString& name) const;
     bool setAxisMinimum(const QString& name, double value);
     bool setAxisMaximum(const QString& name, double value);
 
     // Cursors.
     QStringList cursorNames() const;
-    double cursorX(const QString& name) const;
-    double cursorY(const QString& name) const;
+    [[nodiscard]] double cursorX(const QString& name) const;
+    [[nodiscard]] double cursorY(const QString& name) const;
     bool setCursorX(const QString& name, double x);
     bool setCursorY(const QString& name, double y);
-    bool cursorVisible(const QString& name) const;
+    [[nodiscard]] bool cursorVisible(const QString& name) const;
     bool setCursorVisible(const QString& name, bool visible);
-    QColor cursorColor(const QString& name) const;
+    [[nodiscard]] QColor cursorColor(const QString& name) const;
     bool setCursorColor(const QString& name, const QColor& color);
     /// The cursor chosen from the keyboard or taken with the mouse ("" when none).
     QString selectedCursor() const;
     bool selectCursor(const QString& name);
+
+    /// Reports names the graph does not know (see above).
+    void setStrictNames(bool strict);
 
     // Look.
     QColor plotAreaColor() const { return m_plotAreaColor; }
@@ -113,6 +117,8 @@ private:
         double maximum = 0;
     };
     QCPGraph* plot(const QString& name) const;
+    int cursorIndex(const QString& name) const;
+    void reportUnknown(const QString& name) const;
     AxisLimits* axisLimits(const QString& name);
     const AxisLimits* axisLimits(const QString& name) const;
     void applyAxis(AxisLimits& limits);
@@ -132,6 +138,7 @@ private:
     QElapsedTimer m_sinceReplot;
     int m_replots = 0;
     int m_dragging = -1;
+    bool m_strictNames = false;
 };
 
 } // namespace zorvik
