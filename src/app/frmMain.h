@@ -131,9 +131,6 @@ public:
     void CWBPrint_ValueChanged(bool Value);
     void CWGraph1_CursorChange(const QString& name);
 
-    /// Entry points of the windows that FILE and MENU open.
-    std::function<void(frmMain&)> openFileForm = [](frmMain& w) { w.showFileForm(); };
-    std::function<void(frmMain&)> openOptionsForm = [](frmMain& w) { w.showOptionsForm(); };
     /// Shows the options dialog modally (created on first use, loaded again each time).
     void showOptionsForm();
 

@@ -4,6 +4,7 @@
 #include "display/GraphNames.h"
 #include "instrument/ReceiveMachine.h"
 #include "printing/PrintingServices.h"
+#include "support/OpenForms.h"
 #include "support/cHTMLHelp.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
@@ -16,17 +17,6 @@
 #include <QTimer>
 
 namespace zorvik {
-
-namespace {
-/// True when a top-level window of that name is open.
-bool formOpen(const char* name) {
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (w->objectName() == name && w->isVisible())
-            return true;
-    }
-    return false;
-}
-} // namespace
 
 /// The release of a button that opened a modal window went to that window; the button is
 /// released here, without running its handler again.
@@ -147,8 +137,7 @@ void frmMain::CWBFile_ValueChanged(bool Value) {
         // A port search that finds the probe while the window is open leaves reception to
         // the window's closing, as if the link had been live when FILE was pressed.
         fileFormOpen_ = true;
-        if (openFileForm)
-            openFileForm(*this);
+        showFileForm();
         fileFormOpen_ = false;
         if (CWBPwr->value() && model_.blnLiveData && !CWBStoreRef->value())
             link_->resetAndArm();
@@ -167,7 +156,7 @@ void frmMain::CWBHelp_ValueChanged(bool Value) {
 void frmMain::CWBPrint_ValueChanged(bool Value) {
     if (Value)
         return;
-    if (formOpen("frmPreview"))
+    if (formOpen(QStringLiteral("frmPreview")))
         return;
     printing_->printButtonReleased(this);
 }

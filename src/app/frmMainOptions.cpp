@@ -80,8 +80,7 @@ void frmMain::CWBMenu_ValueChanged(bool Value) {
         return;
     // The dialog opens from the event loop, after the press has been handled.
     QTimer::singleShot(0, this, [this] {
-        if (openOptionsForm)
-            openOptionsForm(*this);
+        showOptionsForm();
         releaseAfterModal(CWBMenu);
     });
 }

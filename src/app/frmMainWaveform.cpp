@@ -6,6 +6,7 @@
 #include "storage/FileFormHost.h"
 #include "storage/WaveformTarget.h"
 #include "storage/frmFile.h"
+#include "support/ModalRunner.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
 #include "widgets/LitButton.h"
@@ -90,7 +91,7 @@ frmFile& frmMain::fileForm() {
 void frmMain::showFileForm() {
     frmFile& form = fileForm();
     form.Form_Load();
-    frmFile::runModal(form);
+    runModal(form);
 }
 
 void frmMain::openWaveformFile(const QString& path) {

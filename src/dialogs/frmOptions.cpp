@@ -4,6 +4,7 @@
 #include "dialogs/PortListText.h"
 #include "display/GraphNames.h"
 #include "instrument/PortMap.h"
+#include "support/ModalRunner.h"
 #include "support/Twips.h"
 
 #include <QColorDialog>
@@ -23,11 +24,6 @@ namespace {
 
 /// The only baud rate the probe speaks.
 const QString kBaudRateText = QStringLiteral("19200");
-
-frmOptions::ModalRunner& modalRunner() {
-    static frmOptions::ModalRunner runner;
-    return runner;
-}
 
 /// A small filled rectangle of the colour a button sets.
 QIcon swatch(const QColor& color, const QSize& size, const QColor& border) {
@@ -66,17 +62,6 @@ std::optional<QColor> frmOptions::defaultColorChooser(const QColor& initial, QWi
 
 void frmOptions::setColorChooser(ColorChooser chooser) {
     chooser_ = chooser ? std::move(chooser) : ColorChooser(&frmOptions::defaultColorChooser);
-}
-
-void frmOptions::setModalRunner(ModalRunner runner) {
-    modalRunner() = std::move(runner);
-}
-
-void frmOptions::runModal(frmOptions& dialog) {
-    if (modalRunner())
-        modalRunner()(dialog);
-    else
-        dialog.exec();
 }
 
 // ---- Loading and unloading ------------------------------------------------------------------
@@ -323,7 +308,7 @@ frmOptions* showOptions(QWidget* mainWindow, OptionsHost& host) {
         dialog = new frmOptions(host, mainWindow);
     dialog->setHost(host);
     dialog->Form_Load();
-    frmOptions::runModal(*dialog);
+    runModal(*dialog);
     return dialog;
 }
 

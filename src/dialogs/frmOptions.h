@@ -24,8 +24,6 @@ public:
     /// Asks the user for a colour, starting from `initial`; std::nullopt when cancelled.
     using ColorChooser =
         std::function<std::optional<QColor>(const QColor& initial, QWidget* parent)>;
-    /// Runs the dialog once it is loaded: exec() (modal) unless tests replace it.
-    using ModalRunner = std::function<void(frmOptions&)>;
 
     /// Key code of Tab and the Ctrl bit of the shift state, as Form_KeyDown receives them.
     static constexpr int kKeyTab = 9;
@@ -39,10 +37,6 @@ public:
     /// The colour chooser of the desktop, preset with `initial`.
     static std::optional<QColor> defaultColorChooser(const QColor& initial, QWidget* parent);
     void setColorChooser(ColorChooser chooser);
-    /// Replaces the way `showOptions` runs the dialog (tests show it without blocking); an
-    /// empty function restores exec().
-    static void setModalRunner(ModalRunner runner);
-    static void runModal(frmOptions& dialog);
 
     void setHost(OptionsHost& host) { host_ = &host; }
 

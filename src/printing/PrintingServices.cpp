@@ -1,11 +1,11 @@
 // The PRINT button's routine and the objects it shares with the preview and the page setup.
 #include "printing/PrintingServices.h"
 
-#include "printing/ModalRunner.h"
-#include "printing/OpenForms.h"
 #include "printing/QtKeyEventSeam.h"
 #include "printing/cQVXScreenCapture.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
+#include "support/OpenForms.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -31,12 +31,8 @@ void PrintingServices::setKeptMargin(int i, float value) {
     m_keptMargins[static_cast<std::size_t>(i - 1)] = value;
 }
 
-bool PrintingServices::previewOpen() {
-    return findOpenForm(QStringLiteral("frmPreview"));
-}
-
 void PrintingServices::printButtonReleased(QWidget* mainWindow) {
-    if (previewOpen())
+    if (formOpen(QStringLiteral("frmPreview")))
         return;
     m_mainWindow = mainWindow;
     m_easyPrint.setDialogParent(mainWindow);

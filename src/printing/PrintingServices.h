@@ -35,9 +35,6 @@ public:
     float keptMargin(int i) const;
     void setKeptMargin(int i, float value);
 
-    /// True while a window named "frmPreview" is open.
-    static bool previewOpen();
-
     /// PRINT released: unless a preview is open, photographs the main window, hands the picture
     /// to the print control with the kept margins and opens the preview modally, owned by the
     /// main window. The pointer is busy from the capture until the preview has loaded.

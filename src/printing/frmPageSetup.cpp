@@ -1,13 +1,13 @@
 // The page-setup dialog: reading the print control, the field rules and the five buttons.
 #include "printing/frmPageSetup.h"
 
-#include "printing/ModalRunner.h"
-#include "printing/OpenForms.h"
 #include "printing/PrintControl.h"
 #include "printing/PrintSetupDialog.h"
 #include "printing/PrintingServices.h"
-#include "printing/UpDown.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
+#include "support/OpenForms.h"
+#include "widgets/UpDown.h"
 
 #include <QComboBox>
 #include <QEvent>

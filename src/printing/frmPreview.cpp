@@ -1,11 +1,11 @@
 // The print preview: loading, zoom, fitting the page to the window, scroll bars and drawing.
 #include "printing/frmPreview.h"
 
-#include "printing/ModalRunner.h"
 #include "printing/PreviewPictureBox.h"
 #include "printing/PrintingServices.h"
 #include "printing/frmPageSetup.h"
 #include "support/MessageBox.h"
+#include "support/ModalRunner.h"
 
 #include <QAction>
 #include <QApplication>

@@ -3,6 +3,7 @@
 
 #include "storage/AtomicFile.h"
 #include "storage/ProfileDocument.h"
+#include "storage/ProfileKeys.h"
 #include "storage/VbConvert.h"
 
 #include <chrono>
@@ -38,23 +39,6 @@ void writeKey(cInifile& ini, ProfileDocument& document, const char* key, MakeTex
         document.write(ini, makeText());
     } catch (const std::exception&) {
     }
-}
-
-// One key of the reader: a missing or empty value changes nothing; an error while converting
-// or applying it skips this key only.
-template <typename Apply> void readKey(cInifile& ini, const char* key, Apply apply) {
-    ini.setKey(key);
-    try {
-        const std::string text = ini.Value();
-        if (text.empty())
-            return;
-        apply(text);
-    } catch (const std::exception&) {
-    }
-}
-
-std::int32_t wholeNumber(const std::string& text) {
-    return VbConvert::roundToLong(VbConvert::leadingNumber(text));
 }
 
 // Earlier builds saved the settings through a copy in the system's temporary folder,
@@ -148,20 +132,21 @@ void SettingsFile::read(cInifile& ini, const std::string& path, SettingsPanel& p
     ini.setPath(path);
 
     ini.setSection("SETTINGS");
-    readKey(ini, "Hscaleindex",
-            [&](const std::string& t) { panel.applyTimeRange(wholeNumber(t)); });
-    readKey(ini, "Vscaleindex", [&](const std::string& t) { panel.applyChaLevel(wholeNumber(t)); });
-    readKey(ini, "Chaoffset", [&](const std::string& t) { panel.applyChaOffset(t); });
+    readKeyOrSkip(ini, "Hscaleindex",
+                  [&](const std::string& t) { panel.applyTimeRange(wholeNumber(t)); });
+    readKeyOrSkip(ini, "Vscaleindex",
+                  [&](const std::string& t) { panel.applyChaLevel(wholeNumber(t)); });
+    readKeyOrSkip(ini, "Chaoffset", [&](const std::string& t) { panel.applyChaOffset(t); });
 
     ini.setSection("COLORS");
     for (const auto& entry : kColours) {
-        readKey(ini, entry.first,
-                [&](const std::string& t) { panel.setColour(entry.second, wholeNumber(t)); });
+        readKeyOrSkip(ini, entry.first,
+                      [&](const std::string& t) { panel.setColour(entry.second, wholeNumber(t)); });
     }
 
     ini.setSection("BUTTONS");
     for (const auto& entry : kButtons) {
-        readKey(ini, entry.first, [&](const std::string& t) {
+        readKeyOrSkip(ini, entry.first, [&](const std::string& t) {
             panel.applyButton(entry.second, VbConvert::textToBoolean(t));
         });
     }

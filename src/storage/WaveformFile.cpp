@@ -2,6 +2,7 @@
 #include "storage/WaveformFile.h"
 
 #include "storage/ProfileDocument.h"
+#include "storage/ProfileKeys.h"
 #include "storage/VbConvert.h"
 #include "storage/WaveformSamples.h"
 
@@ -54,24 +55,12 @@ void writeKeys(cInifile& ini, ProfileDocument& contents, const WaveformTarget& s
     key("Triggerdef", [&] { return longToText(s.bytTriggerDef); });
 }
 
-/// Reads one key of the current section; `apply` runs only for a value that is not empty.
-template <typename Apply> void readKey(cInifile& ini, const char* key, Apply apply) {
-    ini.setKey(key);
-    const std::string text = ini.Value();
-    if (!text.empty())
-        apply(text);
-}
-
 /// A hardware byte: a whole number (halves to even) from 0 to 255.
 std::uint8_t toByte(const std::string& text) {
     const std::int32_t value = VbConvert::textToLong(text);
     if (value < 0 || value > 255)
         throw ConversionError(ConversionError::Kind::Overflow, "not a byte: " + text);
     return static_cast<std::uint8_t>(value);
-}
-
-std::int32_t wholeNumber(const std::string& text) {
-    return VbConvert::roundToLong(VbConvert::leadingNumber(text));
 }
 
 void readHardwareByte(cInifile& ini, const char* key, WaveformTarget& target,

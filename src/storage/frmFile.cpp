@@ -23,11 +23,6 @@ namespace {
 constexpr int kFormWidth = 320;
 constexpr int kFormHeight = 120;
 
-frmFile::ModalRunner& modalRunner() {
-    static frmFile::ModalRunner runner;
-    return runner;
-}
-
 /// A path as the file functions take it: the file system's own encoding.
 std::string localPath(const QString& path) {
     return QFile::encodeName(path).toStdString();
@@ -125,18 +120,6 @@ void frmFile::setOpenChooser(FileChooser chooser) {
 
 void frmFile::setSaveChooser(FileChooser chooser) {
     saveChooser_ = chooser ? std::move(chooser) : FileChooser(&frmFile::defaultSaveChooser);
-}
-
-void frmFile::setModalRunner(ModalRunner runner) {
-    modalRunner() = std::move(runner);
-}
-
-void frmFile::runModal(frmFile& form) {
-    if (modalRunner()) {
-        modalRunner()(form);
-        return;
-    }
-    form.exec();
 }
 
 void frmFile::Form_Load() {

@@ -24,8 +24,6 @@ public:
     /// the name chosen, or std::nullopt when the user cancelled.
     using FileChooser = std::function<std::optional<QString>(QWidget* parent, const QString& filter,
                                                              const QString& fileName)>;
-    /// Runs the form modally once it is loaded: exec() unless tests replace it.
-    using ModalRunner = std::function<void(frmFile&)>;
 
     /// The one file type the dialogs offer.
     static constexpr const char* kFilter = "Waveform Data Files (*.wdf)";
@@ -42,11 +40,6 @@ public:
                                                      const QString& fileName);
     void setOpenChooser(FileChooser chooser);
     void setSaveChooser(FileChooser chooser);
-
-    /// Replaces the way the form is run modally (tests run it in place); an empty function
-    /// restores exec().
-    static void setModalRunner(ModalRunner runner);
-    static void runModal(frmFile& form);
 
     /// The file last opened or saved; empty until then, and again after an open that failed.
     QString sCurrentFile;

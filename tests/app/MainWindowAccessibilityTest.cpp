@@ -1,6 +1,8 @@
 // What assistive technology and keyboard users get of the main window: the names, values and
 // descriptions of its controls, the focus chain, and working every control from the keyboard.
 #include "app/LiveWindowFixture.h"
+#include "common/ModalWindows.h"
+#include "storage/frmFile.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
@@ -177,7 +179,8 @@ TEST_F(MainWindowAccess, SpaceWorksTheButtons) {
     EXPECT_TRUE(w.CWBChaInvLed->value());
 
     int files = 0;
-    w.openFileForm = [&](frmMain&) { ++files; };
+    test::ModalWindows modal;
+    modal.on<frmFile>([&](frmFile&) { ++files; });
     w.CWBFile->setFocus();
     QTest::keyPress(w.CWBFile, Qt::Key_Space);
     ASSERT_TRUE(QTest::qWaitFor([&] { return files == 1; }, 2000));

@@ -1,6 +1,7 @@
 // MENU and the options dialog acting on the main window: port changes and colours.
 #include "app/MainWindowFixture.h"
 #include "common/FrameBytes.h"
+#include "common/ModalWindows.h"
 #include "dialogs/frmOptions.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
@@ -21,13 +22,14 @@ protected:
     void SetUp() override {
         MainWindowFixture::SetUp();
         // The dialog is shown without blocking, so the test can operate it.
-        frmOptions::setModalRunner([this](frmOptions& d) {
+        modal = std::make_unique<test::ModalWindows>();
+        modal->on<frmOptions>([this](frmOptions& d) {
             dialog = &d;
             d.show();
         });
     }
     void TearDown() override {
-        frmOptions::setModalRunner({});
+        modal.reset();
         MainWindowFixture::TearDown();
     }
 
@@ -38,6 +40,7 @@ protected:
         return dialog;
     }
 
+    std::unique_ptr<test::ModalWindows> modal;
     frmOptions* dialog = nullptr;
 };
 

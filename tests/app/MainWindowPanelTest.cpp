@@ -2,9 +2,11 @@
 // INVERT, and the FILE, MENU, HELP and PRINT buttons with the moment each one acts.
 #include "app/LiveWindowFixture.h"
 #include "common/EventLoop.h"
-#include "printing/ModalRunner.h"
+#include "dialogs/frmOptions.h"
 #include "printing/PrintingServices.h"
+#include "storage/frmFile.h"
 #include "support/HelpWindow.h"
+#include "support/ModalRunner.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"
 #include "widgets/Led.h"
@@ -119,7 +121,11 @@ TEST_F(MainWindowPanel, InvertingFlipsTheTraceAndTrigLvlButNotChaZero) {
 TEST_F(MainWindowPanel, FileWithPowerOffOpensTheFileFormWithoutTouchingTheSerialLink) {
     frmMain& w = start();
     int opened = 0;
-    w.openFileForm = [&](frmMain&) { ++opened; };
+    setModalRunner([&](QDialog& d) {
+        if (qobject_cast<frmFile*>(&d))
+            ++opened;
+        return 0;
+    });
     QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return opened == 1; }, 2000));
     test::runPendingEvents(); // anything the button might still do afterwards
@@ -133,7 +139,11 @@ TEST_F(MainWindowPanel, FileWhileRunningHoldsReceptionAndResumesWhenTheFormClose
     frmMain& w = running();
     feed(stateWith(0x04, 6), rampSamples());
     int pendingWhileOpen = -1;
-    w.openFileForm = [&](frmMain&) { pendingWhileOpen = fake.pendingCount(); };
+    setModalRunner([&](QDialog& d) {
+        if (qobject_cast<frmFile*>(&d))
+            pendingWhileOpen = fake.pendingCount();
+        return 0;
+    });
     fake.calls.clear();
     QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return pendingWhileOpen >= 0; }, 2000));
@@ -157,15 +167,18 @@ TEST_F(MainWindowPanel, FileDuringThePortSearchHoldsReceptionUntilTheFileWindowC
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
     bool ran = false;
     int pendingAfterTheSearch = -1;
-    w.openFileForm = [&](frmMain&) {
+    setModalRunner([&](QDialog& d) {
+        if (!qobject_cast<frmFile*>(&d))
+            return 0;
         ran = true;
         fake.feed(QByteArray(1, '\x7D')); // the probe answers: the search ends
         if (!QTest::qWaitFor([&] { return w.model().blnLiveData; }, 2000))
-            return;
+            return 0;
         // Frames arrive while the window is open; nothing reads them.
         fake.feed(zorvik::test::frameWithSamples(stateWith(0x04, 6), rampSamples()));
         pendingAfterTheSearch = fake.pendingCount();
-    };
+        return 0;
+    });
     QTest::mouseClick(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return ran; }, 2000));
     EXPECT_EQ(pendingAfterTheSearch, 0);
@@ -182,8 +195,13 @@ TEST_F(MainWindowPanel, FileAndMenuActWhenPressed) {
     frmMain& w = start();
     int files = 0;
     int menus = 0;
-    w.openFileForm = [&](frmMain&) { ++files; };
-    w.openOptionsForm = [&](frmMain&) { ++menus; };
+    setModalRunner([&](QDialog& d) {
+        if (qobject_cast<frmFile*>(&d))
+            ++files;
+        if (qobject_cast<frmOptions*>(&d))
+            ++menus;
+        return 0;
+    });
 
     QTest::mousePress(w.CWBFile, Qt::LeftButton, {}, middle(w.CWBFile));
     ASSERT_TRUE(QTest::qWaitFor([&] { return files == 1; }, 2000));

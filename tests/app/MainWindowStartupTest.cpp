@@ -1,8 +1,8 @@
 // Start-up, resizing and shutdown of the main window.
 #include "app/MainWindowFixture.h"
 #include "dialogs/frmOptions.h"
-#include "printing/ModalRunner.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
 #include "support/WindowSteps.h"
 #include "widgets/IndicatorSlide.h"
 #include "widgets/Knob.h"

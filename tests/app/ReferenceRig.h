@@ -4,11 +4,13 @@
 
 #include "app/MainWindowFixture.h"
 #include "common/FrameBytes.h"
+#include "common/ModalWindows.h"
 #include "storage/frmFile.h"
 #include "widgets/LitButton.h"
 
 #include <QTest>
 #include <functional>
+#include <memory>
 
 namespace zorvik::test {
 
@@ -16,7 +18,8 @@ class ReferenceRig : public MainWindowFixture {
 protected:
     void SetUp() override {
         MainWindowFixture::SetUp();
-        frmFile::setModalRunner([this](frmFile& form) {
+        modal = std::make_unique<ModalWindows>();
+        modal->on<frmFile>([this](frmFile& form) {
             ++fileFormRuns;
             fileFormModal = form.isModal() || form.windowModality() != Qt::NonModal;
             fileFormParent = form.parentWidget();
@@ -25,7 +28,7 @@ protected:
         });
     }
     void TearDown() override {
-        frmFile::setModalRunner({});
+        modal.reset();
         MainWindowFixture::TearDown();
     }
 
@@ -55,6 +58,7 @@ protected:
             QTest::qWaitFor([&] { return fileFormRuns > before && !w.CWBFile->value(); }, 2000));
     }
 
+    std::unique_ptr<ModalWindows> modal;
     int fileFormRuns = 0;
     bool fileFormModal = false;
     QWidget* fileFormParent = nullptr;

@@ -5,6 +5,7 @@
 #include "dialogs/OptionsHost.h"
 #include "dialogs/frmOptions.h"
 #include "support/MessageBox.h"
+#include "support/ModalRunner.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -110,14 +111,17 @@ struct OptionsRig {
     std::optional<QColor> chooserAnswer;
 
     OptionsRig() {
-        frmOptions::setModalRunner([](frmOptions& dialog) { dialog.show(); });
+        setModalRunner([](QDialog& dialog) {
+            dialog.show();
+            return 0;
+        });
         MessageBoxes::setInterceptor([this](const MessageRecord& record) {
             messages.push_back(record);
             return QMessageBox::Ok;
         });
     }
     ~OptionsRig() {
-        frmOptions::setModalRunner({});
+        setModalRunner({});
         MessageBoxes::setInterceptor({});
     }
     OptionsRig(const OptionsRig&) = delete;

@@ -7,6 +7,7 @@
 #include "dialogs/frmOptions.h"
 #include "instrument/InstrumentLink.h"
 #include "instrument/QtSerialLink.h"
+#include "support/ModalRunner.h"
 
 #include <QComboBox>
 #include <QFileInfo>
@@ -117,7 +118,10 @@ struct LinkRig {
     LinkRig() {
         host.ports.setDevice(1, first.path());
         host.ports.setDevice(2, second.path());
-        frmOptions::setModalRunner([](frmOptions& dialog) { dialog.show(); });
+        setModalRunner([](QDialog& dialog) {
+            dialog.show();
+            return 0;
+        });
         MessageBoxes::setInterceptor([this](const MessageRecord& record) {
             messages.push_back(record);
             return QMessageBox::Ok;
@@ -125,7 +129,7 @@ struct LinkRig {
     }
     ~LinkRig() {
         host.link.close();
-        frmOptions::setModalRunner({});
+        setModalRunner({});
         MessageBoxes::setInterceptor({});
     }
 

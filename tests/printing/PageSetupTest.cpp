@@ -1,12 +1,12 @@
 // The "Page Setup" dialog: controls, printer list, margin fields, scale and the five buttons.
-#include "printing/ModalRunner.h"
 #include "printing/PrintSetupDialog.h"
 #include "printing/PrintingServices.h"
 #include "printing/PrintingTestSupport.h"
-#include "printing/UpDown.h"
 #include "printing/frmPageSetup.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
 #include "support/WindowSteps.h"
+#include "widgets/UpDown.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>

@@ -1,9 +1,9 @@
 // The print preview: controls, zoom, fitting, scroll bars, drawing, toolbar and closing.
-#include "printing/ModalRunner.h"
 #include "printing/PreviewPictureBox.h"
 #include "printing/PrintingServices.h"
 #include "printing/PrintingTestSupport.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,9 +1,10 @@
 // The PRINT button's routine: capture of the main window, kept margins, the preview, printing.
 #include "printing/PrintingServices.h"
 #include "printing/CaptureHolder.h"
-#include "printing/ModalRunner.h"
 #include "printing/PrintingTestSupport.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
+#include "support/OpenForms.h"
 
 #include <QAction>
 #include <QApplication>
@@ -72,7 +73,7 @@ TEST_F(PrintingServicesTest, PrintDoesNothingWhileAPreviewIsOpen) {
     PrintingServices services;
     frmPreview open(services);
     open.show();
-    ASSERT_TRUE(PrintingServices::previewOpen());
+    ASSERT_TRUE(formOpen(QStringLiteral("frmPreview")));
     int runs = 0;
     setModalRunner([&](QDialog&) { return ++runs; });
     services.printButtonReleased(&mainWindow);
@@ -81,7 +82,7 @@ TEST_F(PrintingServicesTest, PrintDoesNothingWhileAPreviewIsOpen) {
     EXPECT_TRUE(services.pictureHolder().isEmpty());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     open.close();
-    EXPECT_FALSE(PrintingServices::previewOpen());
+    EXPECT_FALSE(formOpen(QStringLiteral("frmPreview")));
 }
 
 TEST_F(PrintingServicesTest, MarginsLeftInThePreviewAreWhereTheNextPrintStarts) {

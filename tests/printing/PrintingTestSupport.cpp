@@ -1,10 +1,10 @@
 // Shared set-up of the printing tests.
 #include "printing/PrintingTestSupport.h"
 
-#include "printing/ModalRunner.h"
 #include "printing/PrintControl.h"
 #include "printing/frmPageSetup.h"
 #include "printing/frmPreview.h"
+#include "support/ModalRunner.h"
 
 #include <QApplication>
 #include <QDir>

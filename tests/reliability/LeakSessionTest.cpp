@@ -4,13 +4,13 @@
 // the process ends.
 #include "ProbeSession.h"
 #include "dialogs/frmOptions.h"
-#include "printing/ModalRunner.h"
 #include "printing/PrintControl.h"
 #include "printing/frmPreview.h"
 #include "storage/WaveformFile.h"
 #include "storage/WaveformRecord.h"
 #include "storage/WaveformTestSupport.h"
 #include "storage/frmFile.h"
+#include "support/ModalRunner.h"
 #include "widgets/LitButton.h"
 
 #include <QAction>
@@ -32,9 +32,7 @@ namespace {
 class LeakSession : public ProbeSession {
 protected:
     void TearDown() override {
-        frmFile::setModalRunner({});
         setModalRunner({});
-        frmOptions::setModalRunner({});
         PrintControl::setPdfPathChooser({});
         PrintControl::setPrinterLister({});
         ProbeSession::TearDown();
@@ -50,28 +48,27 @@ TEST_F(LeakSession, DemoStoreSavePreviewPrintOptionsAndQuitLeaveNoLeak) {
     int fileRuns = 0;
     int previewRuns = 0;
     int optionsRuns = 0;
-    frmFile::setModalRunner([&](frmFile& form) {
-        ++fileRuns;
-        form.setSaveChooser(
-            [&](QWidget*, const QString&, const QString&) { return std::optional<QString>(wdf); });
-        form.mnuFileSaveAs->trigger();
-        form.OKButton->click();
-    });
     // No printer: PRINT in the preview prints to a PDF file.
     PrintControl::setPrinterLister([] { return QStringList(); });
     PrintControl::setPdfPathChooser([&](QWidget*, const QString&) { return pdf; });
     setModalRunner([&](QDialog& dialog) {
-        if (auto* preview = qobject_cast<frmPreview*>(&dialog)) {
+        if (auto* form = qobject_cast<frmFile*>(&dialog)) {
+            ++fileRuns;
+            form->setSaveChooser([&](QWidget*, const QString&, const QString&) {
+                return std::optional<QString>(wdf);
+            });
+            form->mnuFileSaveAs->trigger();
+            form->OKButton->click();
+        } else if (auto* preview = qobject_cast<frmPreview*>(&dialog)) {
             ++previewRuns;
             preview->show();
             preview->findChild<QToolBar*>("tb")->findChild<QAction*>("Print")->trigger();
+        } else if (auto* options = qobject_cast<frmOptions*>(&dialog)) {
+            ++optionsRuns;
+            options->show();
+            options->findChild<QPushButton*>("cmdCancel")->click();
         }
         return 0;
-    });
-    frmOptions::setModalRunner([&](frmOptions& options) {
-        ++optionsRuns;
-        options.show();
-        options.findChild<QPushButton*>("cmdCancel")->click();
     });
 
     frmMain& w = powerOn(ProbeStream(ProbeSettings{}));

@@ -1,5 +1,5 @@
 // The up-down spinner with a buddy label.
-#include "printing/UpDown.h"
+#include "widgets/UpDown.h"
 
 #include <QKeyEvent>
 #include <QLabel>

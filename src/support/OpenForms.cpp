@@ -1,5 +1,5 @@
 // Open windows by name.
-#include "printing/OpenForms.h"
+#include "support/OpenForms.h"
 
 #include <QApplication>
 #include <QWidget>

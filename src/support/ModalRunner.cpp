@@ -1,5 +1,5 @@
 // Modal dialogs of the printing chain through one seam.
-#include "printing/ModalRunner.h"
+#include "support/ModalRunner.h"
 
 #include <QDialog>
 #include <utility>
