@@ -94,18 +94,18 @@ MainWindowServices servicesFor(ProgramServices& shared, const QString& folder) {
 /// when the user enlarges the window, and the graph then gets exactly that size. The graph has
 /// the keyboard focus (the user has just dragged a cursor), so its focus frame is drawn too.
 void setUpPanel(frmMain& w, QSize graph) {
-    const QSize design = w.CWGraph1->size();
+    const QSize design = w.panel().CWGraph1->size();
     w.resize(static_cast<int>(
                  std::ceil(static_cast<double>(w.width()) * graph.width() / design.width())),
              static_cast<int>(
                  std::ceil(static_cast<double>(w.height()) * graph.height() / design.height())));
     waitFor([] { return false; }, 200); // the layout settles
-    w.CWGraph1->resize(graph);
-    w.CWKChaLvl->setValue(5);
-    w.CWKTimeRange->setValue(12);
-    w.CWBVCursors->setValue(true);
-    w.CWBHCursors->setValue(true);
-    w.CWGraph1->setFocus();
+    w.panel().CWGraph1->resize(graph);
+    w.panel().CWKChaLvl->setValue(5);
+    w.panel().CWKTimeRange->setValue(12);
+    w.panel().CWBVCursors->setValue(true);
+    w.panel().CWBHCursors->setValue(true);
+    w.panel().CWGraph1->setFocus();
 }
 
 /// Frame arrival to finished replot, frame by frame, through the window's own receive cycle.
@@ -130,7 +130,7 @@ int latency(int frames, QSize graph, const QString& folder) {
                           static_cast<qsizetype>(f.size()));
     }
 
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     waitFor([&] { return serial.readPending(); }, 2000);
     serial.arrive(QByteArray(1, '\x24')); // the probe answers the search
     if (!waitFor([&] { return w.model().blnLiveData && serial.readPending(); }, 2000)) {
@@ -150,7 +150,7 @@ int latency(int frames, QSize graph, const QString& folder) {
         // The window has decoded and plotted the frame; the graph is redrawn now rather than
         // at the next screen refresh, so the picture is complete when the clock stops.
         shownAt = clock.nsecsElapsed();
-        w.CWGraph1->replot(QCustomPlot::rpImmediateRefresh);
+        w.panel().CWGraph1->replot(QCustomPlot::rpImmediateRefresh);
         doneAt = clock.nsecsElapsed();
         cpuDoneAt = threadCpuNs();
         shown = true;
@@ -159,8 +159,8 @@ int latency(int frames, QSize graph, const QString& folder) {
     // A reference trace as well: one frame, STORE, and back to live.
     serial.arrive(wire[0]);
     waitFor([&] { return shown; }, 2000);
-    w.CWBStoreRef->setValue(true);
-    w.CWBStoreRef->setValue(false);
+    w.panel().CWBStoreRef->setValue(true);
+    w.panel().CWBStoreRef->setValue(false);
     waitFor([&] { return serial.readPending(); }, 2000);
 
     std::vector<double> total;
@@ -187,7 +187,8 @@ int latency(int frames, QSize graph, const QString& folder) {
 
     std::printf("Frame to picture, window %dx%d px, graph %dx%d px (CHa, Ref, four cursors), "
                 "%d frames:\n",
-                w.width(), w.height(), w.CWGraph1->width(), w.CWGraph1->height(), frames);
+                w.width(), w.height(), w.panel().CWGraph1->width(), w.panel().CWGraph1->height(),
+                frames);
     printFigures("arrival to finished replot", figuresOf(total));
     printFigures("  receive, decode, plot arrays", figuresOf(handling));
     printFigures("  replot of the graph", figuresOf(replot));
@@ -273,27 +274,27 @@ int throughput(int frames, QSize graph, const QString& folder) {
         return QMessageBox::Ok;
     });
 
-    const int replotsBefore = w.CWGraph1->replotCount();
-    w.CWBPwr->setValue(true);
+    const int replotsBefore = w.panel().CWGraph1->replotCount();
+    w.panel().CWBPwr->setValue(true);
     // Until the probe's last frame is shown, or nothing more comes for two seconds.
     int seen = -1;
     QElapsedTimer idle;
     idle.start();
-    while (last < frames - 1 && idle.elapsed() < 2000 && w.CWBPwr->value()) {
+    while (last < frames - 1 && idle.elapsed() < 2000 && w.panel().CWBPwr->value()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
         if (shown != seen) {
             seen = shown;
             idle.restart();
         }
     }
-    const int replots = w.CWGraph1->replotCount() - replotsBefore;
+    const int replots = w.panel().CWGraph1->replotCount() - replotsBefore;
     MessageBoxes::setInterceptor({});
 
     const double seconds = static_cast<double>(lastAt) / 1e9;
     const int expected = first < 0 ? 0 : frames - first;
     std::printf("Unpaced virtual probe (noise, free run) over a pseudo-terminal, real serial port, "
                 "graph %dx%d px:\n",
-                w.CWGraph1->width(), w.CWGraph1->height());
+                w.panel().CWGraph1->width(), w.panel().CWGraph1->height());
     std::printf("  frames sent %llu; the first %d went before reception was armed (the port is "
                 "reset when it opens)\n",
                 static_cast<unsigned long long>(probe.streamCounters().framesSent),

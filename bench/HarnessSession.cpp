@@ -72,8 +72,8 @@ int measureSession(const Options& options) {
     app.setCpuAccounting(true);
     app.resetCounts();
     qint64 t0 = nowNs();
-    runAsEvent([&] { w.CWBPwr->setValue(true); });
-    runUntil([&] { return w.model().blnLiveData || !w.CWBPwr->value(); }, 5000);
+    runAsEvent([&] { w.panel().CWBPwr->setValue(true); });
+    runUntil([&] { return w.model().blnLiveData || !w.panel().CWBPwr->value(); }, 5000);
     result("search_ms", ms(nowNs() - t0), "ms",
            "POWER to live link: COM1 silent (1 s time-out), probe on COM2");
     reportStall("search_stall_ms", "longest event-loop stall while searching for the port");
@@ -87,7 +87,7 @@ int measureSession(const Options& options) {
     runFor(500);
     app.resetCounts();
     const int frames0 = frames;
-    const int replots0 = w.CWGraph1->replotCount();
+    const int replots0 = w.panel().CWGraph1->replotCount();
     const double cpu0 = processCpuSeconds();
     t0 = nowNs();
     runFor(options.lineSeconds * 1000);
@@ -96,14 +96,14 @@ int measureSession(const Options& options) {
     detail(QStringLiteral("window %1 x %2 px, graph %3 x %4 px")
                .arg(w.width())
                .arg(w.height())
-               .arg(w.CWGraph1->width())
-               .arg(w.CWGraph1->height()));
+               .arg(w.panel().CWGraph1->width())
+               .arg(w.panel().CWGraph1->height()));
     result(
         "line_cpu_percent", 100.0 * cpu / wall, "%",
         QStringLiteral("processor time at the 19200-baud line rate (%1 s)").arg(wall, 0, 'f', 1));
     result("line_frames_per_s", (frames - frames0) / wall, "frames/s",
            "frames accepted at the line rate");
-    result("line_replots_per_s", (w.CWGraph1->replotCount() - replots0) / wall, "replots/s",
+    result("line_replots_per_s", (w.panel().CWGraph1->replotCount() - replots0) / wall, "replots/s",
            "graph redraws at the line rate");
     result("line_wakeups_per_s", app.wakeUps() / wall, "wake-ups/s",
            "event-loop wake-ups per second at the line rate");
@@ -115,7 +115,7 @@ int measureSession(const Options& options) {
     }
 
     // STORE takes a reference; it is saved to a .wdf and loaded back, over and over.
-    runAsEvent([&] { w.CWBStoreRef->setValue(true); });
+    runAsEvent([&] { w.panel().CWBStoreRef->setValue(true); });
     const QString wdf = folder.filePath(QStringLiteral("reference.wdf"));
     std::vector<double> saves;
     std::vector<double> loads;
@@ -143,12 +143,12 @@ int measureSession(const Options& options) {
     result("wdf_load_ms_median", load.median, "ms", "File -> Open of that file, median");
     result("wdf_load_ms_max", load.max, "ms", "File -> Open of that file, slowest");
     reportStall("files_stall_ms", "longest event-loop stall while saving and loading .wdf files");
-    runAsEvent([&] { w.CWBStoreRef->setValue(false); });
+    runAsEvent([&] { w.panel().CWBStoreRef->setValue(false); });
     app.setCpuAccounting(false);
     runFor(1000);
 
     // POWER off, then idle again: nothing of the link may keep running.
-    runAsEvent([&] { w.CWBPwr->setValue(false); });
+    runAsEvent([&] { w.panel().CWBPwr->setValue(false); });
     runFor(1000);
     idle(QStringLiteral("idle_off"), QStringLiteral("after streaming, POWER off"),
          options.idleSeconds);

@@ -134,7 +134,7 @@ int startupChild(qint64 startedNs, const QString& folder) {
         closeNs = nowNs() - t;
         QCoreApplication::quit();
     });
-    app.setPaintWatch(program.window().CWGraph1, [&](qint64 doneNs) {
+    app.setPaintWatch(program.window().panel().CWGraph1, [&](qint64 doneNs) {
         if (paintedAt == 0) {
             paintedAt = doneNs;
             closer.start(0);

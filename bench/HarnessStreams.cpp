@@ -52,8 +52,8 @@ private:
 };
 
 bool powerOn(frmMain& w) {
-    runAsEvent([&] { w.CWBPwr->setValue(true); });
-    return runUntil([&] { return w.model().blnLiveData || !w.CWBPwr->value(); }, 5000) &&
+    runAsEvent([&] { w.panel().CWBPwr->setValue(true); });
+    return runUntil([&] { return w.model().blnLiveData || !w.panel().CWBPwr->value(); }, 5000) &&
            w.model().blnLiveData;
 }
 
@@ -114,11 +114,11 @@ int measureLatency(const Options& options) {
         lastTaken = n;
         accepted.push_back(n);
     });
-    QObject::connect(w.CWGraph1, &QCustomPlot::afterReplot, &w, [&] {
+    QObject::connect(w.panel().CWGraph1, &QCustomPlot::afterReplot, &w, [&] {
         rendered.insert(rendered.end(), accepted.begin(), accepted.end());
         accepted.clear();
     });
-    app.setPaintWatch(w.CWGraph1, [&](qint64 doneNs) {
+    app.setPaintWatch(w.panel().CWGraph1, [&](qint64 doneNs) {
         for (int n : rendered) {
             const qint64 sent = lastByteNs[static_cast<std::size_t>(n)].load();
             if (sent > 0)
@@ -151,8 +151,8 @@ int measureLatency(const Options& options) {
                .arg(d.count)
                .arg(wall, 0, 'f', 1)
                .arg(unknown)
-               .arg(w.CWGraph1->width())
-               .arg(w.CWGraph1->height()));
+               .arg(w.panel().CWGraph1->width())
+               .arg(w.panel().CWGraph1->height()));
     result("latency_ms_median", d.median, "ms",
            "last byte of a frame on the wire to the painted graph, median");
     result("latency_ms_p99", d.p99, "ms", "the same, 99th percentile");
@@ -164,7 +164,7 @@ int measureLatency(const Options& options) {
     result("latency_wakeups_per_s", app.wakeUps() / wall, "wake-ups/s",
            "event-loop wake-ups per second meanwhile");
     reportStall("latency_stall_ms", "longest event-loop stall meanwhile");
-    runAsEvent([&] { w.CWBPwr->setValue(false); });
+    runAsEvent([&] { w.panel().CWBPwr->setValue(false); });
     probe.stop();
     return d.count > 0 ? 0 : 1;
 }
@@ -220,15 +220,15 @@ int measureUnpaced(const Options& options) {
     program.start();
     runFor(500);
     app.resetCounts();
-    const int replots0 = w.CWGraph1->replotCount();
+    const int replots0 = w.panel().CWGraph1->replotCount();
     const double cpu0 = threadCpuSeconds();
     const qint64 poweredAt = nowNs();
-    runAsEvent([&] { w.CWBPwr->setValue(true); });
+    runAsEvent([&] { w.panel().CWBPwr->setValue(true); });
     // Until the probe's last frame is shown, or nothing more comes for two seconds.
     int seen = -1;
     qint64 quietSince = nowNs();
     while (last < options.unpacedFrames - 1 && nowNs() - quietSince < 2000000000LL &&
-           w.CWBPwr->value()) {
+           w.panel().CWBPwr->value()) {
         runFor(50);
         if (shown != seen) {
             seen = shown;
@@ -237,7 +237,7 @@ int measureUnpaced(const Options& options) {
     }
     const double cpu = threadCpuSeconds() - cpu0;
     const double running = static_cast<double>(nowNs() - poweredAt) / 1e9;
-    const int replots = w.CWGraph1->replotCount() - replots0;
+    const int replots = w.panel().CWGraph1->replotCount() - replots0;
     MessageBoxes::setInterceptor({});
     const double seconds = static_cast<double>(lastAt - firstAt) / 1e9;
     const int expected = first < 0 ? 0 : options.unpacedFrames - first;
@@ -251,8 +251,8 @@ int measureUnpaced(const Options& options) {
                .arg(expected)
                .arg(unknown)
                .arg(messages)
-               .arg(w.CWGraph1->width())
-               .arg(w.CWGraph1->height()));
+               .arg(w.panel().CWGraph1->width())
+               .arg(w.panel().CWGraph1->height()));
     result("unpaced_frames_per_s", seconds > 0 ? (shown - 1) / seconds : 0.0, "frames/s",
            "frames accepted per second, probe unpaced");
     result("unpaced_replots_per_s", seconds > 0 ? replots / seconds : 0.0, "replots/s",
@@ -262,7 +262,7 @@ int measureUnpaced(const Options& options) {
     result("unpaced_ui_thread_cpu_percent", 100.0 * cpu / running, "%",
            "processor time of the window's thread from POWER on to the last frame");
     reportStall("unpaced_stall_ms", "longest event-loop stall while streaming unpaced");
-    runAsEvent([&] { w.CWBPwr->setValue(false); });
+    runAsEvent([&] { w.panel().CWBPwr->setValue(false); });
     probe.stop();
     return lost == 0 && skipped == 0 && unknown == 0 && messages == 0 ? 0 : 2;
 }

@@ -1,6 +1,7 @@
 // The oscilloscope's main window: front panel, graph, status bar, and the instrument link.
 #pragma once
 
+#include "app/FrontPanel.h"
 #include "display/DisplayModel.h"
 #include "instrument/InstrumentLink.h"
 #include "support/SystemInfoDialog.h"
@@ -21,12 +22,6 @@ class QTimer;
 
 namespace zorvik {
 
-class IndicatorSlide;
-class Knob;
-class Led;
-class LitButton;
-class ScopeGraph;
-class Slide;
 class ElasticWidgetForm;
 class PrintingServices;
 class AcquisitionFeed;
@@ -57,15 +52,8 @@ struct MainWindowServices {
     int splashMinDisplayMs = 3000;
 };
 
-/// Default (design-time) colours of the graph, recorded at start-up.
-struct GraphColors {
-    std::array<QColor, 4> cursors; ///< "Cursor1".."Cursor4"
-    QColor display;                ///< the plot area
-    QColor primaryTrace;           ///< plot "CHa"
-    QColor referenceTrace;         ///< plot "Ref"
-};
-
-class frmMain : public QMainWindow {
+/// The controls are reached from outside through panel(); inside, by their names.
+class frmMain : public QMainWindow, private FrontPanel {
     Q_OBJECT
 public:
     explicit frmMain(const MainWindowServices& services, QWidget* parent = nullptr);
@@ -82,9 +70,6 @@ public:
     /// The acquisition on screen: the record shown, the scale, the traces, the reference store.
     DisplayModel& model() { return model_; }
     const DisplayModel& model() const { return model_; }
-
-    /// Colours the graph had at start-up (the options dialog's defaults).
-    GraphColors defaultColors;
 
     InstrumentLink& link() { return *link_; }
     const PortMap& ports() const { return *services_.ports; }
@@ -153,36 +138,8 @@ public:
     /// Loads a Waveform Data File as the reference trace, as File -> Open does.
     void openWaveformFile(const QString& path);
 
-    // Controls.
-    ScopeGraph* CWGraph1 = nullptr;
-    IndicatorSlide* CWSTrigInd = nullptr;
-    Slide* CWSPan = nullptr;
-    LitButton* CWBFile = nullptr;
-    LitButton* CWBHelp = nullptr;
-    LitButton* CWBMenu = nullptr;
-    LitButton* CWBPrint = nullptr;
-    LitButton* CWBVCursors = nullptr;
-    LitButton* CWBHCursors = nullptr;
-    LitButton* CWBRef = nullptr;
-    LitButton* CWBStoreRef = nullptr;
-    LitButton* CWBPwr = nullptr;
-    Led* CWBPwrLed = nullptr;
-    IndicatorSlide* CWSRange = nullptr;
-    IndicatorSlide* CWSCoupling = nullptr;
-    IndicatorSlide* CWSTrigger = nullptr;
-    Knob* CWKTimeRange = nullptr;
-    Knob* CWKChaLvl = nullptr;
-    Slide* CWSCHaOffset = nullptr;
-    LitButton* CWBChaInv = nullptr;
-    Led* CWBChaInvLed = nullptr;
-    LitButton* CWBCHaCal = nullptr;
-    Led* CWBChaCalLed = nullptr;
-    QLabel* lblCVoltage = nullptr;
-    QLabel* lblCTime = nullptr;
-    QLabel* lblCFrequency = nullptr;
-    QLabel* sbrBaudRate = nullptr;
-    QLabel* sbrComPort = nullptr;
-    QLabel* sbrSampleRate = nullptr;
+    /// The front panel's controls (and the graph's start-up colours).
+    const FrontPanel& panel() const { return *this; }
 
     /// The page of the manual that F1 opens for `window` (a file name such as "options.html").
     static QString helpPageFor(const QWidget* window);

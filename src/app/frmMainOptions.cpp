@@ -40,32 +40,34 @@ public:
     void resumeReception() override { w_.resumeAcquisition(); }
 
     QColor cursorColor(const QString& cursor) const override {
-        return w_.CWGraph1->cursorColor(cursor);
+        return w_.panel().CWGraph1->cursorColor(cursor);
     }
     void setCursorColor(const QString& cursor, const QColor& color) override {
-        w_.CWGraph1->setCursorColor(cursor, color);
+        w_.panel().CWGraph1->setCursorColor(cursor, color);
     }
-    QColor plotAreaColor() const override { return w_.CWGraph1->plotAreaColor(); }
-    void setPlotAreaColor(const QColor& color) override { w_.CWGraph1->setPlotAreaColor(color); }
+    QColor plotAreaColor() const override { return w_.panel().CWGraph1->plotAreaColor(); }
+    void setPlotAreaColor(const QColor& color) override {
+        w_.panel().CWGraph1->setPlotAreaColor(color);
+    }
     QColor plotLineColor(const QString& plot) const override {
-        return w_.CWGraph1->plotColor(plot);
+        return w_.panel().CWGraph1->plotColor(plot);
     }
     void setPlotLineColor(const QString& plot, const QColor& color) override {
-        w_.CWGraph1->setPlotColor(plot, color);
+        w_.panel().CWGraph1->setPlotColor(plot, color);
     }
     QColor defaultCursorColor(const QString& cursor) const override {
         const int i = cursor.mid(6).toInt() - 1;
         if (i < 0 || i > 3)
             return {};
-        return w_.defaultColors.cursors[static_cast<std::size_t>(i)];
+        return w_.panel().defaultColors.cursors[static_cast<std::size_t>(i)];
     }
-    QColor defaultPlotAreaColor() const override { return w_.defaultColors.display; }
+    QColor defaultPlotAreaColor() const override { return w_.panel().defaultColors.display; }
     QColor defaultPlotLineColor(const QString& plot) const override {
-        return plot == names::kPlotRef ? w_.defaultColors.referenceTrace
-                                       : w_.defaultColors.primaryTrace;
+        return plot == names::kPlotRef ? w_.panel().defaultColors.referenceTrace
+                                       : w_.panel().defaultColors.primaryTrace;
     }
     void refreshMainWindow() override {
-        w_.CWGraph1->redraw();
+        w_.panel().CWGraph1->redraw();
         w_.update();
     }
 

@@ -82,32 +82,32 @@ class MainWindowSettings final : public SettingsPanel {
 public:
     explicit MainWindowSettings(frmMain& w) : w_(w) {}
 
-    double timeRangeValue() const override { return w_.CWKTimeRange->value(); }
-    double chaLevelValue() const override { return w_.CWKChaLvl->value(); }
-    double chaOffsetValue() const override { return w_.CWSCHaOffset->value(); }
+    double timeRangeValue() const override { return w_.panel().CWKTimeRange->value(); }
+    double chaLevelValue() const override { return w_.panel().CWKChaLvl->value(); }
+    double chaOffsetValue() const override { return w_.panel().CWSCHaOffset->value(); }
 
     std::int32_t colour(SettingsColour which) const override {
-        return toRgb(colourAt(*w_.CWGraph1, which));
+        return toRgb(colourAt(*w_.panel().CWGraph1, which));
     }
 
     bool button(SettingsButton which) const override { return buttonFor(which)->value(); }
 
     void applyTimeRange(std::int32_t value) override {
-        setKnobFromFile(*w_.CWKTimeRange, value);
+        setKnobFromFile(*w_.panel().CWKTimeRange, value);
         w_.CWKTimeRange_ValueChanged(value);
     }
 
     void applyChaLevel(std::int32_t value) override {
-        setKnobFromFile(*w_.CWKChaLvl, value);
+        setKnobFromFile(*w_.panel().CWKChaLvl, value);
         w_.CWKChaLvl_ValueChanged(value);
     }
 
     void applyChaOffset(const std::string& text) override {
-        w_.CWSCHaOffset_ValueChanged(setOffsetFromFile(*w_.CWSCHaOffset, text));
+        w_.CWSCHaOffset_ValueChanged(setOffsetFromFile(*w_.panel().CWSCHaOffset, text));
     }
 
     void setColour(SettingsColour which, std::int32_t rgb) override {
-        setColourAt(*w_.CWGraph1, which, fromRgb(rgb));
+        setColourAt(*w_.panel().CWGraph1, which, fromRgb(rgb));
     }
 
     void applyButton(SettingsButton which, bool value) override {
@@ -129,13 +129,13 @@ private:
     LitButton* buttonFor(SettingsButton which) const {
         switch (which) {
         case SettingsButton::Hcursors:
-            return w_.CWBHCursors;
+            return w_.panel().CWBHCursors;
         case SettingsButton::Vcursors:
-            return w_.CWBVCursors;
+            return w_.panel().CWBVCursors;
         case SettingsButton::Invert:
             break;
         }
-        return w_.CWBChaInv;
+        return w_.panel().CWBChaInv;
     }
 
     frmMain& w_;

@@ -25,33 +25,33 @@ class MainWindowWaveform final : public WaveformTarget {
 public:
     explicit MainWindowWaveform(frmMain& w) : w_(w) {}
 
-    double timeRangeValue() const override { return w_.CWKTimeRange->value(); }
-    double chaLevelValue() const override { return w_.CWKChaLvl->value(); }
+    double timeRangeValue() const override { return w_.panel().CWKTimeRange->value(); }
+    double chaLevelValue() const override { return w_.panel().CWKChaLvl->value(); }
     double graphOffset() const override { return w_.model().varGraphOffset; }
-    double chaOffsetValue() const override { return w_.CWSCHaOffset->value(); }
-    bool invertValue() const override { return w_.CWBChaInv->value(); }
+    double chaOffsetValue() const override { return w_.panel().CWSCHaOffset->value(); }
+    bool invertValue() const override { return w_.panel().CWBChaInv->value(); }
     HardwareState hardware() const override { return w_.model().state; }
     TraceArray refVolts() const override { return w_.model().sngRefVolts; }
     float refSampleInterval() const override { return w_.model().sngRefSampleInterval; }
 
     void setTimeRange(std::int32_t position) override {
-        setKnobFromFile(*w_.CWKTimeRange, position);
+        setKnobFromFile(*w_.panel().CWKTimeRange, position);
         w_.SetTimeScale();
     }
     void setChaLevel(std::int32_t position) override {
-        setKnobFromFile(*w_.CWKChaLvl, position);
+        setKnobFromFile(*w_.panel().CWKChaLvl, position);
         w_.SetChaScale();
     }
     void setChaOffset(const std::string& text) override {
-        setOffsetFromFile(*w_.CWSCHaOffset, text);
+        setOffsetFromFile(*w_.panel().CWSCHaOffset, text);
         w_.SetChaScale();
-        w_.CWBChaCalLed->setValue(w_.model().sngChaOffset != 0.0f);
+        w_.panel().CWBChaCalLed->setValue(w_.model().sngChaOffset != 0.0f);
     }
     void setInvert(bool value) override {
-        w_.CWBChaInv->setValueSilently(value);
-        w_.CWBChaInvLed->setValue(value);
+        w_.panel().CWBChaInv->setValueSilently(value);
+        w_.panel().CWBChaInvLed->setValue(value);
     }
-    void setReference(bool value) override { w_.CWBRef->setValueSilently(value); }
+    void setReference(bool value) override { w_.panel().CWBRef->setValueSilently(value); }
     void setHardware(const HardwareState& state) override { w_.model().state = state; }
     void setRefSample(std::size_t index, float volts) override {
         w_.model().sngRefVolts.at(index) = volts;
@@ -68,7 +68,7 @@ public:
 
     cInifile& profile() override { return w_.profile(); }
     WaveformTarget& waveform() override { return waveform_; }
-    bool referenceShown() const override { return w_.CWBRef->value(); }
+    bool referenceShown() const override { return w_.panel().CWBRef->value(); }
     void setRefLoaded(bool value) override { w_.model().blnRefLoaded = value; }
     void FormatDispData() override { w_.FormatDispData(); }
     void ChartA() override { w_.ChartA(); }

@@ -60,7 +60,7 @@ TEST_F(AcquisitionFeedSeam, AConsumerSeesEveryFrameShownAndTheAcquisitionDrawnFr
 
     // A knob turned redraws the traces: the consumer hears of it with the new gain.
     const std::size_t before = consumer.shown.size();
-    ASSERT_TRUE(w.CWKChaLvl->setValue(3));
+    ASSERT_TRUE(w.panel().CWKChaLvl->setValue(3));
     ASSERT_GT(consumer.shown.size(), before);
     EXPECT_EQ(consumer.shown.back().sngChaGain, 0.2f);
     EXPECT_EQ(consumer.shown.back().sngChaPlot, w.model().sngChaPlot);

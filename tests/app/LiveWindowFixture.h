@@ -57,7 +57,7 @@ protected:
             if (s.event == ReceiveEvent::Frame)
                 ++framesShown;
         });
-        w.CWBPwr->setValue(true);
+        w.panel().CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
         fake.feed(QByteArray(1, '\x7D'));
         EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 2000));
@@ -79,7 +79,7 @@ protected:
     /// The Y values the display core gives for these volts with the window's present scale.
     TraceArray expectedY(const TraceArray& volts) const {
         const auto y = plotValues(volts, window->model().sngChaGain, window->model().sngChaOffset,
-                                  window->CWBChaInv->value());
+                                  window->panel().CWBChaInv->value());
         EXPECT_TRUE(y.has_value());
         return y.value_or(TraceArray{});
     }

@@ -53,11 +53,11 @@ protected:
             s += item;
             s += ' ';
         };
-        add(std::to_string(w.CWKTimeRange->value()));
-        add(std::to_string(w.CWKChaLvl->value()));
-        add(std::to_string(w.CWSCHaOffset->value()));
-        add(std::to_string(w.CWBChaInv->value()));
-        add(std::to_string(w.CWBRef->value()));
+        add(std::to_string(w.panel().CWKTimeRange->value()));
+        add(std::to_string(w.panel().CWKChaLvl->value()));
+        add(std::to_string(w.panel().CWSCHaOffset->value()));
+        add(std::to_string(w.panel().CWBChaInv->value()));
+        add(std::to_string(w.panel().CWBRef->value()));
         const HardwareState h = w.model().state;
         for (int b : {h.bytSwitchSetting, h.bytTriggerLvl, h.bytTimebaseDef, h.bytTriggerDef})
             add(std::to_string(b));
@@ -108,7 +108,7 @@ TEST_F(MainWindowFile, FileWhileRunningHoldsReceptionAndResumesItAfterwards) {
     feedFrame(9);
 
     // With STORE pressed the display stays held after the form closes.
-    w.CWBStoreRef->setValue(true);
+    w.panel().CWBStoreRef->setValue(true);
     fake.calls.clear();
     inFileForm = nullptr;
     pressFile(w);
@@ -118,41 +118,41 @@ TEST_F(MainWindowFile, FileWhileRunningHoldsReceptionAndResumesItAfterwards) {
 
 TEST_F(MainWindowFile, OpeningAFileShowsItsReferenceWithRefOnAndPrintEnabled) {
     frmMain& w = start();
-    ASSERT_FALSE(w.CWBRef->value());
-    ASSERT_FALSE(w.CWBPrint->isEnabled());
+    ASSERT_FALSE(w.panel().CWBRef->value());
+    ASSERT_FALSE(w.panel().CWBPrint->isEnabled());
     openThroughFile(w, fixture("windows-style.wdf"));
     EXPECT_TRUE(messages.empty());
     EXPECT_TRUE(w.model().blnRefLoaded);
     // REF came on through its handler: only that shows "Ref" and enables PRINT.
-    EXPECT_TRUE(w.CWBRef->value());
-    EXPECT_TRUE(w.CWGraph1->plotVisible("Ref"));
-    EXPECT_TRUE(w.CWBPrint->isEnabled());
+    EXPECT_TRUE(w.panel().CWBRef->value());
+    EXPECT_TRUE(w.panel().CWGraph1->plotVisible("Ref"));
+    EXPECT_TRUE(w.panel().CWBPrint->isEnabled());
     // The panel and the probe's settings as the file holds them.
-    EXPECT_EQ(w.CWKTimeRange->value(), 9);
-    EXPECT_EQ(w.CWKChaLvl->value(), 4);
-    EXPECT_EQ(w.CWSCHaOffset->value(), -1.5);
-    EXPECT_TRUE(w.CWBChaInv->value());
-    EXPECT_TRUE(w.CWBChaInvLed->value());
-    EXPECT_TRUE(w.CWBChaCalLed->value());
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 9);
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 4);
+    EXPECT_EQ(w.panel().CWSCHaOffset->value(), -1.5);
+    EXPECT_TRUE(w.panel().CWBChaInv->value());
+    EXPECT_TRUE(w.panel().CWBChaInvLed->value());
+    EXPECT_TRUE(w.panel().CWBChaCalLed->value());
     const HardwareState h = w.model().state;
     EXPECT_EQ(h.bytSwitchSetting, 32);
     EXPECT_EQ(h.bytTriggerLvl, 16);
     EXPECT_EQ(h.bytTimebaseDef, 4);
     EXPECT_EQ(h.bytTriggerDef, 64);
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 200Ks/s");
-    EXPECT_EQ(w.CWSRange->value(), 3);
-    EXPECT_EQ(w.CWSCoupling->value(), 3);
-    EXPECT_EQ(w.CWSTrigger->value(), 2);
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: 200Ks/s");
+    EXPECT_EQ(w.panel().CWSRange->value(), 3);
+    EXPECT_EQ(w.panel().CWSCoupling->value(), 3);
+    EXPECT_EQ(w.panel().CWSTrigger->value(), 2);
     EXPECT_EQ(w.model().sngRefSampleInterval, 5e-6f);
     // The "0" pointer beside the graph stands at the file's offset.
-    EXPECT_TRUE(w.CWSTrigInd->pointerVisible("CHa_Zero"));
-    EXPECT_EQ(w.CWSTrigInd->pointerValue("CHa_Zero"), -1.5);
+    EXPECT_TRUE(w.panel().CWSTrigInd->pointerVisible("CHa_Zero"));
+    EXPECT_EQ(w.panel().CWSTrigInd->pointerValue("CHa_Zero"), -1.5);
     // Drawn at the file's scales: 100 us per division, 2 V per division, inverted, offset.
-    const ScopeGraph::PlotData d = w.CWGraph1->plotData("Ref");
+    const ScopeGraph::PlotData d = w.panel().CWGraph1->plotData("Ref");
     ASSERT_EQ(d.y.size(), 128);
     EXPECT_NEAR(d.x[1] - d.x[0], double(5e-6f) * 10000, 1e-12);
     EXPECT_FLOAT_EQ(static_cast<float>(d.y[1]), -(nearestSingle("4.761903E-02") * 0.5f) - 1.5f);
-    EXPECT_TRUE(w.CWGraph1->plotData("CHa").y.isEmpty());
+    EXPECT_TRUE(w.panel().CWGraph1->plotData("CHa").y.isEmpty());
 }
 
 TEST_F(MainWindowFile, AnUpperCaseWdfLoadsAndATxtFileShowsOnlyTheLoadError) {
@@ -171,13 +171,13 @@ TEST_F(MainWindowFile, AnUpperCaseWdfLoadsAndATxtFileShowsOnlyTheLoadError) {
     openThroughFile(w, upper);
     EXPECT_EQ(messages.size(), 1u);
     EXPECT_TRUE(w.model().blnRefLoaded);
-    EXPECT_EQ(w.CWKTimeRange->value(), 9);
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 9);
 }
 
 TEST_F(MainWindowFile, AWrongNameShowsBothMessagesAndLeavesEverySettingUntouched) {
     frmMain& w = running(4);
-    w.CWBStoreRef->setValue(true);
-    w.CWBStoreRef->setValue(false);
+    w.panel().CWBStoreRef->setValue(true);
+    w.panel().CWBStoreRef->setValue(false);
     const std::string before = panelState(w);
     openThroughFile(w, editedFixture("Name=Zorvik", "Name=Other"));
     ASSERT_EQ(messages.size(), 2u);
@@ -196,11 +196,11 @@ TEST_F(MainWindowFile, AKnobPositionTheKnobDoesNotHaveEndsTheLoad) {
     openThroughFile(w, editedFixture("VScaleIndex=4", "VScaleIndex=8"));
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].title, "File Load Error");
-    EXPECT_EQ(w.CWKTimeRange->value(), 9); // read before the refused value
-    EXPECT_EQ(w.CWKChaLvl->value(), 1);
-    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 9); // read before the refused value
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.panel().CWSCHaOffset->value(), 0.0);
     EXPECT_FALSE(w.model().blnRefLoaded);
-    EXPECT_FALSE(w.CWBPrint->isEnabled());
+    EXPECT_FALSE(w.panel().CWBPrint->isEnabled());
 }
 
 TEST_F(MainWindowFile, AMissingReftrace7FailsAfterSamples1To120WereReplaced) {
@@ -224,9 +224,9 @@ TEST_F(MainWindowFile, AMissingReftrace7FailsAfterSamples1To120WereReplaced) {
 TEST_F(MainWindowFile, ASavedReferenceComesBackTheSameAfterARestart) {
     frmMain& w = running(11);
     feedFrame(23);
-    w.CWBStoreRef->setValue(true);
+    w.panel().CWBStoreRef->setValue(true);
     const TraceArray stored = w.model().sngRefVolts;
-    const ScopeGraph::PlotData shown = w.CWGraph1->plotData("Ref");
+    const ScopeGraph::PlotData shown = w.panel().CWGraph1->plotData("Ref");
     ASSERT_EQ(shown.y.size(), 128);
     const QString path = dir.filePath("bench.wdf");
     inFileForm = [path](frmFile& form) {
@@ -244,16 +244,16 @@ TEST_F(MainWindowFile, ASavedReferenceComesBackTheSameAfterARestart) {
     window.reset();
     fake.calls.clear();
     frmMain& again = start();
-    ASSERT_FALSE(again.CWBRef->value());
+    ASSERT_FALSE(again.panel().CWBRef->value());
     openThroughFile(again, path);
     EXPECT_TRUE(messages.empty());
     // Each sample comes back as the single nearest to its 7-digit text: at most the last bit
     // differs from the stored one, and the trace lies where it lay.
     for (std::size_t i = 0; i < 128; ++i)
         EXPECT_EQ(bits(again.model().sngRefVolts[i]), bits(asFiled(stored[i]))) << i;
-    EXPECT_TRUE(again.CWBRef->value());
-    EXPECT_TRUE(again.CWBPrint->isEnabled());
-    const ScopeGraph::PlotData back = again.CWGraph1->plotData("Ref");
+    EXPECT_TRUE(again.panel().CWBRef->value());
+    EXPECT_TRUE(again.panel().CWBPrint->isEnabled());
+    const ScopeGraph::PlotData back = again.panel().CWGraph1->plotData("Ref");
     EXPECT_EQ(back.x, shown.x);
     ASSERT_EQ(back.y.size(), shown.y.size());
     for (qsizetype i = 0; i < back.y.size(); ++i)
@@ -266,8 +266,8 @@ TEST_F(MainWindowFile, AFileNamedAtStartUpLoadsByTheRulesOfOpen) {
     w.openWaveformFile(fixture("windows-style.wdf"));
     EXPECT_TRUE(messages.empty());
     EXPECT_TRUE(w.model().blnRefLoaded);
-    EXPECT_TRUE(w.CWBRef->value());
-    EXPECT_TRUE(w.CWBPrint->isEnabled());
+    EXPECT_TRUE(w.panel().CWBRef->value());
+    EXPECT_TRUE(w.panel().CWBPrint->isEnabled());
     EXPECT_EQ(w.fileForm().sCurrentFile, fixture("windows-style.wdf"));
     EXPECT_FALSE(w.fileForm().isVisible());
 

@@ -21,7 +21,7 @@ protected:
             ports.setDevice(n, QString("/fake/com%1").arg(n).toStdString());
         MessageBoxes::setInterceptor([this](const MessageRecord& m) {
             messages.push_back(m);
-            messageStatus.push_back(window ? window->sbrSampleRate->text() : QString());
+            messageStatus.push_back(window ? window->panel().sbrSampleRate->text() : QString());
             return QMessageBox::Ok;
         });
     }

@@ -67,17 +67,17 @@ TEST_F(MainWindowHelpKey, F1OnTheMainWindowOpensTheFrontPanelPageAndHelpTheFirst
     frmMain& w = start();
     w.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
-    QTest::keyClick(w.CWBPwr, Qt::Key_F1);
+    QTest::keyClick(w.panel().CWBPwr, Qt::Key_F1);
     HelpWindow* help = helpOf(&w);
     ASSERT_NE(help, nullptr);
     EXPECT_EQ(help->browser()->source(), page("front-panel.html"));
     EXPECT_EQ(help->home(), page("index.html"));
     // The key opens help and does nothing else: POWER stays off.
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
 
     // HELP keeps its own behaviour: the manual at its first page.
-    w.CWBHelp->setValue(true);
-    w.CWBHelp->setValue(false);
+    w.panel().CWBHelp->setValue(true);
+    w.panel().CWBHelp->setValue(false);
     EXPECT_EQ(help->browser()->source(), page("index.html"));
 
     // F1 in the help window goes to the first page too.

@@ -174,19 +174,20 @@ TEST_P(MainWindowLayoutFit, EveryTextIsWholeInsideItsControl) {
         checkTexts(c);
 
     // The cursor readouts have room for their longest readings.
-    for (QLabel* readout : {w.lblCVoltage, w.lblCTime, w.lblCFrequency}) {
+    for (QLabel* readout : {w.panel().lblCVoltage, w.panel().lblCTime, w.panel().lblCFrequency}) {
         for (const char* reading : {"-999.999 mSec", "-100.000 V", "999.999 KHz"}) {
             readout->setText(reading);
             checkTexts(readout);
         }
     }
     // The status bar's panels show their longest texts whole.
-    w.sbrBaudRate->setText("Baud: 19200");
-    w.sbrComPort->setText("Com: COM8");
-    w.sbrSampleRate->setText("Sample Rate: 20Ks/s");
+    w.panel().sbrBaudRate->setText("Baud: 19200");
+    w.panel().sbrComPort->setText("Com: COM8");
+    w.panel().sbrSampleRate->setText("Sample Rate: 20Ks/s");
     // The bar lays its panels out when it next runs its layout.
     const auto panelsShowTheirTexts = [&] {
-        for (QLabel* panel : {w.sbrBaudRate, w.sbrComPort, w.sbrSampleRate}) {
+        for (QLabel* panel :
+             {w.panel().sbrBaudRate, w.panel().sbrComPort, w.panel().sbrSampleRate}) {
             const QFontMetricsF fm(panel->font());
             const QRect room = panel->contentsRect();
             if (fm.horizontalAdvance(panel->text()) > room.width() + 0.5 ||
@@ -198,7 +199,7 @@ TEST_P(MainWindowLayoutFit, EveryTextIsWholeInsideItsControl) {
     // Waits for the fit, then reports in detail below when it never comes.
     if (!QTest::qWaitFor(panelsShowTheirTexts, 2000))
         ADD_FAILURE() << "the status bar's panels never showed their texts whole";
-    for (QLabel* panel : {w.sbrBaudRate, w.sbrComPort, w.sbrSampleRate})
+    for (QLabel* panel : {w.panel().sbrBaudRate, w.panel().sbrComPort, w.panel().sbrSampleRate})
         expectLineFits(panel->font(), panel->text(), QRectF(panel->contentsRect()), panel);
 }
 

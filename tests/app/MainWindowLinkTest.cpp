@@ -24,7 +24,7 @@ protected:
     frmMain& running(int n = 1) {
         fake.openable.insert(device(n));
         frmMain& w = start({n});
-        w.CWBPwr->setValue(true);
+        w.panel().CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
         fake.feed(QByteArray(1, '\x7D'));
         EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
@@ -42,18 +42,18 @@ protected:
 
 TEST_F(MainWindowLink, PowerWithNoPortsShowsTheMessageAndSwitchesBackOff) {
     frmMain& w = start({});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 2000));
     EXPECT_EQ(messages[0].icon, MsgIcon::Critical);
     EXPECT_EQ(messages[0].title, "Communication Error");
     EXPECT_EQ(messages[0].text, kText);
     EXPECT_EQ(messages[0].buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    EXPECT_FALSE(w.CWBPwr->value());
-    EXPECT_FALSE(w.CWBPwrLed->value());
-    EXPECT_FALSE(w.CWBStoreRef->isEnabled());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwrLed->value());
+    EXPECT_FALSE(w.panel().CWBStoreRef->isEnabled());
     EXPECT_FALSE(w.model().blnLiveData);
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: ");
     // Behind "Show Details...": what happened on each of COM1 to COM8.
     EXPECT_EQ(messages[0].details, "COM1 (/fake/com1): not present\n"
                                    "COM2 (/fake/com2): not present\n"
@@ -80,7 +80,7 @@ TEST_F(MainWindowLink, TheMessagesDetailsSayWhatHappenedOnEachPort) {
     notSerial.outcome = PortOutcome::NotASerialDevice;
     fake.failures[device(4)] = notSerial;
     frmMain& w = start({1, 2, 3, 4});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 2000));
     fake.timeOut(); // COM3 opens but does not answer
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 4000));
@@ -112,33 +112,33 @@ TEST_F(MainWindowLink, APortErrorWhileRunningSaysWhatFailedInTheDetails) {
 TEST_F(MainWindowLink, LampIsYellowWhileSearchingThenOutWhenNoInstrumentAnswers) {
     fake.openable.insert(device(1));
     frmMain& w = start({1});
-    w.CWBPwr->setValue(true);
-    EXPECT_TRUE(w.CWBPwrLed->value());
-    EXPECT_EQ(w.CWBPwrLed->onColor(), QColor(255, 255, 0));
+    w.panel().CWBPwr->setValue(true);
+    EXPECT_TRUE(w.panel().CWBPwrLed->value());
+    EXPECT_EQ(w.panel().CWBPwrLed->onColor(), QColor(255, 255, 0));
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     EXPECT_TRUE(fake.pendingTimed());
     EXPECT_TRUE(messages.empty());
     fake.timeOut();
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 2000));
     EXPECT_EQ(messages[0].text, kText);
-    EXPECT_FALSE(w.CWBPwrLed->value());
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwrLed->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
     EXPECT_FALSE(fake.isOpen());
 }
 
 TEST_F(MainWindowLink, PowerFindsTheInstrumentAndTheStatusBarShowsTheLink) {
     frmMain& w = running(1);
-    EXPECT_EQ(w.CWBPwrLed->onColor(), QColor(0, 255, 0));
-    EXPECT_TRUE(w.CWBPwrLed->value());
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: 19200");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: 1");
-    EXPECT_TRUE(w.CWBStoreRef->isEnabled());
-    EXPECT_FALSE(w.CWBStoreRef->value());
+    EXPECT_EQ(w.panel().CWBPwrLed->onColor(), QColor(0, 255, 0));
+    EXPECT_TRUE(w.panel().CWBPwrLed->value());
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: 19200");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: 1");
+    EXPECT_TRUE(w.panel().CWBStoreRef->isEnabled());
+    EXPECT_FALSE(w.panel().CWBStoreRef->value());
     EXPECT_TRUE(w.link().machine().blnAcquire);
     EXPECT_TRUE(fake.calls.contains("read 2"));
     feedFrame(3);
     EXPECT_EQ(w.model().state, sampleState());
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 20Ks/s");
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: 20Ks/s");
     EXPECT_TRUE(messages.empty());
 }
 
@@ -146,7 +146,7 @@ TEST_F(MainWindowLink, SearchProbesPortOneThenInstrumentOnThreeWins) {
     fake.openable.insert(device(1));
     fake.openable.insert(device(3));
     frmMain& w = start({1, 3});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     EXPECT_EQ(fake.device(), device(1));
     fake.timeOut();
@@ -155,32 +155,32 @@ TEST_F(MainWindowLink, SearchProbesPortOneThenInstrumentOnThreeWins) {
     fake.feed(QByteArray(1, '\x24'));
     ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
     EXPECT_EQ(w.ComPort, 3);
-    EXPECT_EQ(w.sbrComPort->text(), "Com: 3");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: 3");
 }
 
 TEST_F(MainWindowLink, WaitingMarkersMoveTheTriggerIndicatorToWaiting) {
     frmMain& w = running();
     fake.feed(QByteArray("\x7D\x7D", 2));
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return w.CWSTrigger->pointerValue("Pointer-1") == 300; }, 1000));
-    EXPECT_EQ(w.CWSTrigger->pointerStateText("Pointer-1"), "WAIT");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return w.panel().CWSTrigger->pointerValue("Pointer-1") == 300; }, 1000));
+    EXPECT_EQ(w.panel().CWSTrigger->pointerStateText("Pointer-1"), "WAIT");
     EXPECT_TRUE(fake.calls.contains("reset"));
     feedFrame();
-    EXPECT_EQ(w.CWSTrigger->pointerValue("Pointer-1"), 0);
-    EXPECT_EQ(w.CWSTrigger->pointerStateText("Pointer-1"), "TRIG");
+    EXPECT_EQ(w.panel().CWSTrigger->pointerValue("Pointer-1"), 0);
+    EXPECT_EQ(w.panel().CWSTrigger->pointerStateText("Pointer-1"), "TRIG");
 }
 
 TEST_F(MainWindowLink, FramesShowTheIndicatorsAgain) {
     frmMain& w = running();
-    EXPECT_FALSE(w.CWSRange->pointerVisible());
+    EXPECT_FALSE(w.panel().CWSRange->pointerVisible());
     feedFrame();
-    EXPECT_TRUE(w.CWSRange->pointerVisible());
-    EXPECT_TRUE(w.CWSCoupling->pointerVisible());
-    EXPECT_TRUE(w.CWSTrigger->pointerVisible());
-    EXPECT_TRUE(w.CWSTrigInd->pointerVisible("TrigLvl"));
-    EXPECT_EQ(w.CWSRange->value(), 2);
-    EXPECT_EQ(w.CWSCoupling->value(), 3);
-    EXPECT_EQ(w.CWSTrigger->value(), 2);
+    EXPECT_TRUE(w.panel().CWSRange->pointerVisible());
+    EXPECT_TRUE(w.panel().CWSCoupling->pointerVisible());
+    EXPECT_TRUE(w.panel().CWSTrigger->pointerVisible());
+    EXPECT_TRUE(w.panel().CWSTrigInd->pointerVisible("TrigLvl"));
+    EXPECT_EQ(w.panel().CWSRange->value(), 2);
+    EXPECT_EQ(w.panel().CWSCoupling->value(), 3);
+    EXPECT_EQ(w.panel().CWSTrigger->value(), 2);
 }
 
 TEST_F(MainWindowLink, StallMidFrameTakesTheErrorPath) {
@@ -196,13 +196,13 @@ TEST_F(MainWindowLink, StallMidFrameTakesTheErrorPath) {
     EXPECT_EQ(messages[0].text, kText);
     // While the message shows, the rate text is kept; POWER off then writes the bare labels.
     EXPECT_EQ(messageStatus[0], "Sample Rate: 20Ks/s");
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
     EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_FALSE(w.link().machine().blnAcquire);
     EXPECT_FALSE(fake.isOpen());
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: ");
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: ");
 }
 
 TEST_F(MainWindowLink, VanishedPortTakesTheErrorPath) {
@@ -210,19 +210,19 @@ TEST_F(MainWindowLink, VanishedPortTakesTheErrorPath) {
     fake.fail();
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 1000));
     EXPECT_EQ(messages[0].text, kText);
-    EXPECT_FALSE(w.CWBPwr->value());
-    EXPECT_FALSE(w.CWBPwrLed->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwrLed->value());
 }
 
 TEST_F(MainWindowLink, PowerOffClearsTheDisplayAndClosesThePort) {
     frmMain& w = running();
     feedFrame();
-    EXPECT_FALSE(w.CWGraph1->plotData("CHa").x.isEmpty());
-    w.CWBPwr->setValue(false);
+    EXPECT_FALSE(w.panel().CWGraph1->plotData("CHa").x.isEmpty());
+    w.panel().CWBPwr->setValue(false);
     EXPECT_FALSE(fake.isOpen());
-    EXPECT_TRUE(w.CWGraph1->plotData("CHa").x.isEmpty());
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
-    EXPECT_FALSE(w.CWSRange->pointerVisible());
+    EXPECT_TRUE(w.panel().CWGraph1->plotData("CHa").x.isEmpty());
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: ");
+    EXPECT_FALSE(w.panel().CWSRange->pointerVisible());
     EXPECT_FALSE(w.model().blnLiveData);
     for (float v : w.model().sngChaVolts)
         EXPECT_EQ(v, 0.0f);
@@ -233,9 +233,9 @@ TEST_F(MainWindowLink, PowerOffClearsTheDisplayAndClosesThePort) {
 TEST_F(MainWindowLink, SwitchingPowerOffDuringTheSearchEndsItQuietly) {
     fake.openable.insert(device(1));
     frmMain& w = start({1});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(w.searching());
-    w.CWBPwr->setValue(false);
+    w.panel().CWBPwr->setValue(false);
     EXPECT_FALSE(w.searching());
     fake.timeOut();
     test::runPendingEvents();

@@ -44,7 +44,7 @@ protected:
             if (s.event == ReceiveEvent::Frame)
                 ++shown;
         });
-        w.CWBPwr->setValue(true);
+        w.panel().CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return shown >= frames; }, 10000));
         EXPECT_TRUE(messages.empty());
         return w;
@@ -99,12 +99,12 @@ protected:
 
 TEST_F(MainWindowLiveTrace, LiveTraceFollowsTheProbesSineAtOneVoltPerDivision) {
     frmMain& w = live();
-    w.CWKChaLvl->setValue(5);     // 1 V/div
-    w.CWKTimeRange->setValue(12); // 1 ms/div
+    w.panel().CWKChaLvl->setValue(5);     // 1 V/div
+    w.panel().CWKTimeRange->setValue(12); // 1 ms/div
     nextFrame();
-    EXPECT_EQ(w.sbrComPort->text(), "Com: 1");
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 20Ks/s");
-    const ScopeGraph::PlotData d = w.CWGraph1->plotData("CHa");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: 1");
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: 20Ks/s");
+    const ScopeGraph::PlotData d = w.panel().CWGraph1->plotData("CHa");
     ASSERT_EQ(d.y.size(), 128);
     // 50 us per sample at 1 ms/div: a twentieth of a division.
     EXPECT_EQ(d.x[1], static_cast<double>(5e-5f) * 1000);
@@ -122,10 +122,10 @@ TEST_F(MainWindowLiveTrace, LiveTraceFollowsTheProbesSineAtOneVoltPerDivision) {
 
 TEST_F(MainWindowLiveTrace, TheTraceSpansOneDivisionEitherSideOfTheOffset) {
     frmMain& w = live();
-    w.CWKChaLvl->setValue(5);
-    w.CWSCHaOffset->setValue(1.5);
+    w.panel().CWKChaLvl->setValue(5);
+    w.panel().CWSCHaOffset->setValue(1.5);
     nextFrame();
-    const ScopeGraph::PlotData d = w.CWGraph1->plotData("CHa");
+    const ScopeGraph::PlotData d = w.panel().CWGraph1->plotData("CHa");
     ASSERT_EQ(d.y.size(), 128);
     EXPECT_NEAR(*std::max_element(d.y.begin(), d.y.end()), 2.5, kOneCount);
     EXPECT_NEAR(*std::min_element(d.y.begin(), d.y.end()), 0.5, kOneCount);
@@ -133,16 +133,16 @@ TEST_F(MainWindowLiveTrace, TheTraceSpansOneDivisionEitherSideOfTheOffset) {
 
 TEST_F(MainWindowLiveTrace, VCursOverOnePeriodReadsOneMillisecondAndOneKilohertz) {
     frmMain& w = live();
-    w.CWKChaLvl->setValue(5);
-    w.CWKTimeRange->setValue(12); // 1 ms/div
+    w.panel().CWKChaLvl->setValue(5);
+    w.panel().CWKTimeRange->setValue(12); // 1 ms/div
     nextFrame();
-    const QVector<double> rises = risingCrossings(w.CWGraph1->plotData("CHa"), 0.0);
+    const QVector<double> rises = risingCrossings(w.panel().CWGraph1->plotData("CHa"), 0.0);
     ASSERT_GE(rises.size(), 2);
     EXPECT_NEAR(rises[1] - rises[0], 1.0, 1e-6); // one period is one division
 
     // The user drags the time pair onto two successive rising zero crossings.
-    w.CWBVCursors->setValue(true); // Cursor1 at 1, Cursor2 at 2
-    ScopeGraph& g = *w.CWGraph1;
+    w.panel().CWBVCursors->setValue(true); // Cursor1 at 1, Cursor2 at 2
+    ScopeGraph& g = *w.panel().CWGraph1;
     dragCursor(g, 1.0, rises[0]);
     dragCursor(g, 2.0, rises[1]);
     const double pixel = 10.0 / g.plotAreaRect().width(); // divisions per pixel
@@ -150,30 +150,31 @@ TEST_F(MainWindowLiveTrace, VCursOverOnePeriodReadsOneMillisecondAndOneKilohertz
     EXPECT_NEAR(g.cursorX("Cursor2"), rises[1], pixel);
 
     // About 1.000 mSec and 1.000 KHz: within the pixel each cursor may be off.
-    EXPECT_TRUE(
-        QRegularExpression(R"(^\d+\.\d{3} (uSec|mSec)$)").match(w.lblCTime->text()).hasMatch())
-        << w.lblCTime->text().toStdString();
-    EXPECT_NEAR(readoutValue(w.lblCTime->text()), 1e-3, 2 * pixel * 1e-3);
-    EXPECT_NEAR(readoutValue(w.lblCFrequency->text()), 1000.0, 2 * pixel * 1000.0 * 1.1);
+    EXPECT_TRUE(QRegularExpression(R"(^\d+\.\d{3} (uSec|mSec)$)")
+                    .match(w.panel().lblCTime->text())
+                    .hasMatch())
+        << w.panel().lblCTime->text().toStdString();
+    EXPECT_NEAR(readoutValue(w.panel().lblCTime->text()), 1e-3, 2 * pixel * 1e-3);
+    EXPECT_NEAR(readoutValue(w.panel().lblCFrequency->text()), 1000.0, 2 * pixel * 1000.0 * 1.1);
 }
 
 TEST_F(MainWindowLiveTrace, CursorsOneDivisionApartReadExactlyOneMillisecondAndOneKilohertz) {
     frmMain& w = live();
-    w.CWKTimeRange->setValue(12);
-    w.CWBVCursors->setValue(true); // one division apart: one period of the probe's sine
-    EXPECT_EQ(w.lblCTime->text(), "1.000 mSec");
-    EXPECT_EQ(w.lblCFrequency->text(), "1.000 KHz");
+    w.panel().CWKTimeRange->setValue(12);
+    w.panel().CWBVCursors->setValue(true); // one division apart: one period of the probe's sine
+    EXPECT_EQ(w.panel().lblCTime->text(), "1.000 mSec");
+    EXPECT_EQ(w.panel().lblCFrequency->text(), "1.000 KHz");
 }
 
 TEST_F(MainWindowLiveTrace, KnobsRescaleTheLiveTrace) {
     frmMain& w = live();
-    w.CWKChaLvl->setValue(5);
-    w.CWKTimeRange->setValue(12);
+    w.panel().CWKChaLvl->setValue(5);
+    w.panel().CWKTimeRange->setValue(12);
     nextFrame();
-    w.CWKChaLvl->setValue(4);     // 2 V/div: half the height
-    w.CWKTimeRange->setValue(13); // 2 ms/div: half the width
+    w.panel().CWKChaLvl->setValue(4);     // 2 V/div: half the height
+    w.panel().CWKTimeRange->setValue(13); // 2 ms/div: half the width
     nextFrame();
-    ScopeGraph::PlotData d = w.CWGraph1->plotData("CHa");
+    ScopeGraph::PlotData d = w.panel().CWGraph1->plotData("CHa");
     ASSERT_EQ(d.y.size(), 128);
     EXPECT_NEAR(*std::max_element(d.y.begin(), d.y.end()), 0.5, kOneCount / 2);
     EXPECT_NEAR(*std::min_element(d.y.begin(), d.y.end()), -0.5, kOneCount / 2);
@@ -182,10 +183,10 @@ TEST_F(MainWindowLiveTrace, KnobsRescaleTheLiveTrace) {
     ASSERT_GE(rises.size(), 2);
     EXPECT_NEAR(rises[1] - rises[0], 0.5, 1e-6); // one period is half a division now
 
-    w.CWKChaLvl->setValue(7);     // .2 V/div: the peaks run off the screen
-    w.CWKTimeRange->setValue(10); // 200 us/div: five divisions a period
+    w.panel().CWKChaLvl->setValue(7);     // .2 V/div: the peaks run off the screen
+    w.panel().CWKTimeRange->setValue(10); // 200 us/div: five divisions a period
     nextFrame();
-    d = w.CWGraph1->plotData("CHa");
+    d = w.panel().CWGraph1->plotData("CHa");
     EXPECT_NEAR(*std::max_element(d.y.begin(), d.y.end()), 5.0, 5 * kOneCount);
     rises = risingCrossings(d, 0.0);
     ASSERT_GE(rises.size(), 2);

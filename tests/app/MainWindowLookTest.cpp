@@ -14,12 +14,12 @@ TEST_F(MainWindowLook, StatusBarTypeGrowsAndShrinksWithThePanel) {
     frmMain& w = start();
     const QLabel* pan = w.findChild<QLabel*>("lblPan");
     ASSERT_NE(pan, nullptr);
-    const double design = w.sbrSampleRate->font().pointSizeF();
+    const double design = w.panel().sbrSampleRate->font().pointSizeF();
     EXPECT_EQ(design, pan->font().pointSizeF());
 
     w.resize(1600, 1200);
     ASSERT_TRUE(QTest::qWaitFor([&] { return pan->font().pointSizeF() > design; }, 2000));
-    for (QLabel* panel : {w.sbrBaudRate, w.sbrComPort, w.sbrSampleRate})
+    for (QLabel* panel : {w.panel().sbrBaudRate, w.panel().sbrComPort, w.panel().sbrSampleRate})
         EXPECT_EQ(panel->font().pointSizeF(), pan->font().pointSizeF())
             << panel->objectName().toStdString();
     EXPECT_GT(w.statusBar()->height(), 0);
@@ -28,5 +28,5 @@ TEST_F(MainWindowLook, StatusBarTypeGrowsAndShrinksWithThePanel) {
 
     w.resize(800, 600);
     ASSERT_TRUE(QTest::qWaitFor([&] { return pan->font().pointSizeF() <= design; }, 2000));
-    EXPECT_EQ(w.sbrSampleRate->font().pointSizeF(), pan->font().pointSizeF());
+    EXPECT_EQ(w.panel().sbrSampleRate->font().pointSizeF(), pan->font().pointSizeF());
 }

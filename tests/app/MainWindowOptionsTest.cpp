@@ -35,7 +35,7 @@ protected:
 
     frmOptions* openMenu(frmMain& w) {
         dialog = nullptr;
-        QTest::mouseClick(w.CWBMenu, Qt::LeftButton);
+        QTest::mouseClick(w.panel().CWBMenu, Qt::LeftButton);
         EXPECT_TRUE(QTest::qWaitFor([&] { return dialog != nullptr; }, 2000));
         return dialog;
     }
@@ -56,7 +56,7 @@ TEST_F(MainWindowOptions, MenuOpensTheOptionsDialogWithBothPages) {
     EXPECT_EQ(ports->count(), 2);
     EXPECT_EQ(ports->itemText(0), "COM 1");
     EXPECT_EQ(ports->itemText(1), "COM 2");
-    EXPECT_FALSE(w.CWBMenu->value());
+    EXPECT_FALSE(w.panel().CWBMenu->value());
 }
 
 TEST_F(MainWindowOptions, ColourChangeShowsOnTheGraphAtOnceAndSurvivesARestart) {
@@ -65,19 +65,19 @@ TEST_F(MainWindowOptions, ColourChangeShowsOnTheGraphAtOnceAndSurvivesARestart) 
     ASSERT_NE(d, nullptr);
     d->setColorChooser([](const QColor&, QWidget*) { return QColor(12, 34, 56); });
     d->cmdPrimaryTraceColor_Click();
-    EXPECT_EQ(w.CWGraph1->plotColor("CHa"), QColor(12, 34, 56));
+    EXPECT_EQ(w.panel().CWGraph1->plotColor("CHa"), QColor(12, 34, 56));
     d->cmdOK_Click();
     window->close();
     window.reset();
     frmMain& again = start();
-    EXPECT_EQ(again.CWGraph1->plotColor("CHa"), QColor(12, 34, 56));
+    EXPECT_EQ(again.panel().CWGraph1->plotColor("CHa"), QColor(12, 34, 56));
 }
 
 TEST_F(MainWindowOptions, PortChangeWhileRunningMovesTheLinkToTheNewPort) {
     fake.openable.insert(device(1));
     fake.openable.insert(device(2));
     frmMain& w = start({1, 2});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     fake.feed(QByteArray(1, '\x7D'));
     ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
@@ -91,20 +91,20 @@ TEST_F(MainWindowOptions, PortChangeWhileRunningMovesTheLinkToTheNewPort) {
     EXPECT_FALSE(w.blnAutoPort);
     EXPECT_TRUE(fake.isOpen());
     EXPECT_EQ(fake.device(), device(2));
-    EXPECT_EQ(w.sbrComPort->text(), "Com: 2");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: 2");
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 2; }, 1000));
     auto s = sampleState();
     s.bytTimebaseDef = 9;
     fake.feed(frameBytes(s, 5));
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return w.sbrSampleRate->text() == "Sample Rate: 1Ks/s"; }, 1000));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return w.panel().sbrSampleRate->text() == "Sample Rate: 1Ks/s"; }, 1000));
     EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(MainWindowOptions, PortThatCannotBeOpenedTakesTheLinksFailurePath) {
     fake.openable.insert(device(1));
     frmMain& w = start({1, 2});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
     fake.feed(QByteArray(1, '\x7D'));
     ASSERT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
@@ -114,6 +114,6 @@ TEST_F(MainWindowOptions, PortThatCannotBeOpenedTakesTheLinksFailurePath) {
     d->cmdOK_Click();
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].title, "Communication Error");
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
     EXPECT_FALSE(fake.isOpen());
 }

@@ -40,8 +40,8 @@ protected:
     frmMain& startReal(QSet<int> existing) { return start(existing, &serial); }
 
     bool powerOn(frmMain& w, int timeoutMs = 3000) {
-        w.CWBPwr->setValue(true);
-        return QTest::qWaitFor([&] { return w.model().blnLiveData || !w.CWBPwr->value(); },
+        w.panel().CWBPwr->setValue(true);
+        return QTest::qWaitFor([&] { return w.model().blnLiveData || !w.panel().CWBPwr->value(); },
                                timeoutMs) &&
                w.model().blnLiveData;
     }
@@ -60,11 +60,11 @@ TEST_F(MainWindowProbe, PowerFindsTheProbeOnTheMappedPortAndFramesFillTheRecord)
     ASSERT_TRUE(powerOn(w));
     std::printf("[ figure ] the lamp turned green %lld ms after POWER\n",
                 static_cast<long long>(clock.elapsed()));
-    EXPECT_EQ(w.CWBPwrLed->onColor(), QColor(0, 255, 0));
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: 19200");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: 1");
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return w.sbrSampleRate->text() == "Sample Rate: 20Ks/s"; }, 3000));
+    EXPECT_EQ(w.panel().CWBPwrLed->onColor(), QColor(0, 255, 0));
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: 19200");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: 1");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return w.panel().sbrSampleRate->text() == "Sample Rate: 20Ks/s"; }, 3000));
     const HardwareState s = w.model().state;
     EXPECT_EQ(s.bytSwitchSetting, 0x24);
     EXPECT_EQ(s.bytTimebaseDef, 6);
@@ -96,8 +96,8 @@ TEST_F(MainWindowProbe, WaitingMarkersMoveTheTriggerIndicator) {
     frmMain& w = startReal({1});
     ASSERT_TRUE(powerOn(w));
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return w.CWSTrigger->pointerStateText("Pointer-1") == "WAIT"; }, 3000));
-    EXPECT_EQ(w.CWSTrigger->pointerValue("Pointer-1"), 300);
+        [&] { return w.panel().CWSTrigger->pointerStateText("Pointer-1") == "WAIT"; }, 3000));
+    EXPECT_EQ(w.panel().CWSTrigger->pointerValue("Pointer-1"), 300);
 }
 
 TEST_F(MainWindowProbe, StallLongerThanThreeSecondsMidFrameTakesTheErrorPath) {
@@ -111,10 +111,10 @@ TEST_F(MainWindowProbe, StallLongerThanThreeSecondsMidFrameTakesTheErrorPath) {
     EXPECT_EQ(messages[0].title, "Communication Error");
     EXPECT_EQ(messages[0].text, kText);
     EXPECT_EQ(messageStatus[0], "Sample Rate: 20Ks/s");
-    EXPECT_FALSE(w.CWBPwr->value());
-    EXPECT_FALSE(w.CWBPwrLed->value());
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
+    EXPECT_FALSE(w.panel().CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwrLed->value());
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: ");
     EXPECT_FALSE(serial.isOpen());
 }
 
@@ -131,7 +131,7 @@ TEST_F(MainWindowProbe, VanishedPortTakesTheErrorPath) {
     probe.disconnect();
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 4000));
     EXPECT_EQ(messages[0].text, kText);
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
     // Gone, or a newer terminal of another test under the same (reused) number.
     const QFileInfo now(device(1));
     EXPECT_TRUE(!now.exists() || now.metadataChangeTime() != made);
@@ -139,12 +139,12 @@ TEST_F(MainWindowProbe, VanishedPortTakesTheErrorPath) {
 
 TEST_F(MainWindowProbe, PowerWithNoProbeShowsTheMessage) {
     frmMain& w = startReal({});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 3000));
     EXPECT_EQ(messages[0].title, "Communication Error");
     EXPECT_EQ(messages[0].text, kText);
     EXPECT_EQ(messages[0].icon, MsgIcon::Critical);
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
 }
 
 TEST_F(MainWindowProbe, DevicePathThatIsNotASerialPortDoesNotAnswer) {
@@ -156,10 +156,10 @@ TEST_F(MainWindowProbe, DevicePathThatIsNotASerialPortDoesNotAnswer) {
     f.close();
     ports.setDevice(1, file.toStdString());
     frmMain& w = startReal({1});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 3000));
     EXPECT_EQ(messages[0].text, kText);
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
 }
 
 TEST_F(MainWindowProbe, PortHeldByAnotherProgramDoesNotAnswer) {
@@ -167,7 +167,7 @@ TEST_F(MainWindowProbe, PortHeldByAnotherProgramDoesNotAnswer) {
     QtSerialLink other;
     ASSERT_TRUE(other.open(device(1)));
     frmMain& w = startReal({1});
-    w.CWBPwr->setValue(true);
+    w.panel().CWBPwr->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.size() == 1; }, 3000));
     EXPECT_EQ(messages[0].text, kText);
 }
@@ -209,11 +209,12 @@ namespace {
 TEST_F(MainWindowProbe, TheDemosFirstPictureIsAClearTraceAtTheStartUpPositions) {
     serve(ProbeStream(demoSettings(0), demoStreamOptions()));
     frmMain& w = startReal({1});
-    ASSERT_EQ(w.CWKTimeRange->value(), 3); // 1 us/div
-    ASSERT_EQ(w.CWKChaLvl->value(), 1);    // 20 V/div
+    ASSERT_EQ(w.panel().CWKTimeRange->value(), 3); // 1 us/div
+    ASSERT_EQ(w.panel().CWKChaLvl->value(), 1);    // 20 V/div
     ASSERT_TRUE(powerOn(w));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.CWGraph1->plotData("CHa").y.size() == 128; }, 5000));
-    const ScopeGraph::PlotData d = w.CWGraph1->plotData("CHa");
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return w.panel().CWGraph1->plotData("CHa").y.size() == 128; }, 5000));
+    const ScopeGraph::PlotData d = w.panel().CWGraph1->plotData("CHa");
     // 128 samples 50 ns apart: 6.35 of the 10 divisions from the left edge.
     EXPECT_EQ(d.x.front(), 0.0);
     EXPECT_NEAR(d.x.back(), 6.35, 1e-6);
@@ -221,9 +222,9 @@ TEST_F(MainWindowProbe, TheDemosFirstPictureIsAClearTraceAtTheStartUpPositions) 
     EXPECT_GE(*high - *low, 2.0);
     EXPECT_LE(*high, 4.0);
     EXPECT_GE(*low, -4.0);
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: 20Ms/s");
-    EXPECT_EQ(w.CWSRange->value(), 1);   // "100"
-    EXPECT_EQ(w.CWSTrigger->value(), 2); // "IN+"
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: 20Ms/s");
+    EXPECT_EQ(w.panel().CWSRange->value(), 1);   // "100"
+    EXPECT_EQ(w.panel().CWSTrigger->value(), 2); // "IN+"
 }
 
 } // namespace

@@ -55,44 +55,44 @@ TEST_F(MainWindowSettings, FirstShutdownWritesAllThirteenKeysInThreeSections) {
 
 TEST_F(MainWindowSettings, StartupShutdownStartupRestoresKnobsOffsetColoursAndButtons) {
     frmMain& w = start();
-    w.CWKTimeRange->setValue(12);
-    w.CWKChaLvl->setValue(5);
-    w.CWSCHaOffset->setValue(1.5);
-    w.CWGraph1->setCursorColor("Cursor2", QColor(1, 2, 3));
-    w.CWGraph1->setPlotAreaColor(QColor(10, 20, 30));
-    w.CWGraph1->setPlotColor("Ref", QColor(200, 100, 50));
-    w.CWBHCursors->setValue(true);
-    w.CWBVCursors->setValue(true);
-    w.CWBChaInv->setValue(true);
+    w.panel().CWKTimeRange->setValue(12);
+    w.panel().CWKChaLvl->setValue(5);
+    w.panel().CWSCHaOffset->setValue(1.5);
+    w.panel().CWGraph1->setCursorColor("Cursor2", QColor(1, 2, 3));
+    w.panel().CWGraph1->setPlotAreaColor(QColor(10, 20, 30));
+    w.panel().CWGraph1->setPlotColor("Ref", QColor(200, 100, 50));
+    w.panel().CWBHCursors->setValue(true);
+    w.panel().CWBVCursors->setValue(true);
+    w.panel().CWBChaInv->setValue(true);
     restart();
     frmMain& again = *window;
-    EXPECT_EQ(again.CWKTimeRange->value(), 12);
+    EXPECT_EQ(again.panel().CWKTimeRange->value(), 12);
     EXPECT_EQ(again.model().lngDivPerSec, 1000);
     EXPECT_EQ(again.model().intTimeUnit, 2);
-    EXPECT_EQ(again.CWKChaLvl->value(), 5);
+    EXPECT_EQ(again.panel().CWKChaLvl->value(), 5);
     EXPECT_EQ(again.model().sngChaGain, 1.0f);
-    EXPECT_EQ(again.CWSCHaOffset->value(), 1.5);
+    EXPECT_EQ(again.panel().CWSCHaOffset->value(), 1.5);
     EXPECT_EQ(again.model().sngChaOffset, 1.5f);
-    EXPECT_EQ(again.CWGraph1->cursorColor("Cursor2"), QColor(1, 2, 3));
-    EXPECT_EQ(again.CWGraph1->plotAreaColor(), QColor(10, 20, 30));
-    EXPECT_EQ(again.CWGraph1->plotColor("Ref"), QColor(200, 100, 50));
-    EXPECT_TRUE(again.CWBHCursors->value());
-    EXPECT_TRUE(again.CWBVCursors->value());
-    EXPECT_TRUE(again.CWBChaInv->value());
+    EXPECT_EQ(again.panel().CWGraph1->cursorColor("Cursor2"), QColor(1, 2, 3));
+    EXPECT_EQ(again.panel().CWGraph1->plotAreaColor(), QColor(10, 20, 30));
+    EXPECT_EQ(again.panel().CWGraph1->plotColor("Ref"), QColor(200, 100, 50));
+    EXPECT_TRUE(again.panel().CWBHCursors->value());
+    EXPECT_TRUE(again.panel().CWBVCursors->value());
+    EXPECT_TRUE(again.panel().CWBChaInv->value());
     // The handlers ran: cursors shown, readouts computed, the invert lamp lit.
-    EXPECT_TRUE(again.CWGraph1->cursorVisible("Cursor1"));
-    EXPECT_TRUE(again.CWGraph1->cursorVisible("Cursor3"));
-    EXPECT_EQ(again.lblCTime->text(), "1.000 mSec");
-    EXPECT_EQ(again.lblCFrequency->text(), "1.000 KHz");
-    EXPECT_EQ(again.lblCVoltage->text(), "1.00 V");
+    EXPECT_TRUE(again.panel().CWGraph1->cursorVisible("Cursor1"));
+    EXPECT_TRUE(again.panel().CWGraph1->cursorVisible("Cursor3"));
+    EXPECT_EQ(again.panel().lblCTime->text(), "1.000 mSec");
+    EXPECT_EQ(again.panel().lblCFrequency->text(), "1.000 KHz");
+    EXPECT_EQ(again.panel().lblCVoltage->text(), "1.00 V");
 }
 
 TEST_F(MainWindowSettings, NoSettingsFileChangesNothingAtStartUp) {
     frmMain& w = start();
-    EXPECT_EQ(w.CWKTimeRange->value(), 3);
-    EXPECT_EQ(w.CWKChaLvl->value(), 1);
-    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
-    EXPECT_EQ(w.CWGraph1->plotColor("CHa"), w.defaultColors.primaryTrace);
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 3);
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.panel().CWSCHaOffset->value(), 0.0);
+    EXPECT_EQ(w.panel().CWGraph1->plotColor("CHa"), w.panel().defaultColors.primaryTrace);
 }
 
 TEST_F(MainWindowSettings, HandEditedWindowsFileIsReadAndKeepsItsEditsThroughShutdown) {
@@ -110,13 +110,13 @@ TEST_F(MainWindowSettings, HandEditedWindowsFileIsReadAndKeepsItsEditsThroughShu
                   "Invert=maybe\r\n"
                   "Vcursors=TRUE\r\n");
     frmMain& w = start();
-    EXPECT_EQ(w.CWKTimeRange->value(), 4) << "3.5 rounds half to even";
-    EXPECT_EQ(w.CWKChaLvl->value(), 7) << "7 followed by letters";
-    EXPECT_EQ(w.CWSCHaOffset->value(), -0.5);
-    EXPECT_EQ(w.CWGraph1->cursorColor("Cursor2"), w.defaultColors.cursors[1]);
-    EXPECT_EQ(w.CWGraph1->plotAreaColor(), QColor(255, 0, 0));
-    EXPECT_FALSE(w.CWBChaInv->value()) << "maybe is no boolean";
-    EXPECT_TRUE(w.CWBVCursors->value()) << "keys after the bad one are still read";
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 4) << "3.5 rounds half to even";
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 7) << "7 followed by letters";
+    EXPECT_EQ(w.panel().CWSCHaOffset->value(), -0.5);
+    EXPECT_EQ(w.panel().CWGraph1->cursorColor("Cursor2"), w.panel().defaultColors.cursors[1]);
+    EXPECT_EQ(w.panel().CWGraph1->plotAreaColor(), QColor(255, 0, 0));
+    EXPECT_FALSE(w.panel().CWBChaInv->value()) << "maybe is no boolean";
+    EXPECT_TRUE(w.panel().CWBVCursors->value()) << "keys after the bad one are still read";
     window->close();
     const QByteArray text = settingsText();
     EXPECT_TRUE(text.startsWith("; Zorvik settings, edited by hand\r\n[Settings]\r\n"
@@ -130,16 +130,16 @@ TEST_F(MainWindowSettings, HandEditedWindowsFileIsReadAndKeepsItsEditsThroughShu
 TEST_F(MainWindowSettings, HalfwayIndexesRoundToEven) {
     writeSettings("[SETTINGS]\r\nHscaleindex=2.5\r\nVscaleindex=3.5\r\n");
     frmMain& w = start();
-    EXPECT_EQ(w.CWKTimeRange->value(), 2);
-    EXPECT_EQ(w.CWKChaLvl->value(), 4);
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 2);
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 4);
 }
 
 TEST_F(MainWindowSettings, KnobIndexTheKnobDoesNotHaveLeavesItAndTheRestIsRead) {
     writeSettings("[SETTINGS]\r\nHscaleindex=17\r\nVscaleindex=0\r\nChaoffset=9\r\n"
                   "[COLORS]\r\nPrimarytrace=255\r\n");
     frmMain& w = start();
-    EXPECT_EQ(w.CWKTimeRange->value(), 3);
-    EXPECT_EQ(w.CWKChaLvl->value(), 1);
-    EXPECT_EQ(w.CWSCHaOffset->value(), 0.0);
-    EXPECT_EQ(w.CWGraph1->plotColor("CHa"), QColor(255, 0, 0));
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 3);
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.panel().CWSCHaOffset->value(), 0.0);
+    EXPECT_EQ(w.panel().CWGraph1->plotColor("CHa"), QColor(255, 0, 0));
 }

@@ -42,54 +42,54 @@ TEST_F(MainWindowStartup, DefaultsOfTheLinkAndTheScales) {
     EXPECT_TRUE(w.blnAutoPort);
     EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_FALSE(w.model().blnRefLoaded);
-    EXPECT_EQ(w.CWKTimeRange->value(), 3);
+    EXPECT_EQ(w.panel().CWKTimeRange->value(), 3);
     EXPECT_EQ(w.model().lngDivPerSec, 1000000);
     EXPECT_EQ(w.model().intTimeUnit, 1);
-    EXPECT_EQ(w.CWKChaLvl->value(), 1);
+    EXPECT_EQ(w.panel().CWKChaLvl->value(), 1);
     EXPECT_EQ(w.model().sngChaGain, 0.05f);
-    EXPECT_FALSE(w.CWBStoreRef->isEnabled());
-    EXPECT_FALSE(w.CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBStoreRef->isEnabled());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
 }
 
 TEST_F(MainWindowStartup, VScaleKnobGetsItsSevenLabels) {
     frmMain& w = start();
-    EXPECT_EQ(w.CWKChaLvl->positionLabels(),
+    EXPECT_EQ(w.panel().CWKChaLvl->positionLabels(),
               QStringList({"20 ", "10 ", "5 ", "2 ", "1 ", ".5 ", ".2 "}));
 }
 
 TEST_F(MainWindowStartup, HScaleKnobHasSixteenLabelledPositions) {
     frmMain& w = start();
-    EXPECT_EQ(w.CWKTimeRange->positionLabels(),
+    EXPECT_EQ(w.panel().CWKTimeRange->positionLabels(),
               QStringList({"200n", "500n", "1u", "2u", "5u", "10u", "20u", "50u", "100u", "200u",
                            "500u", "1m", "2m", "5m", "10m", "20m"}));
 }
 
 TEST_F(MainWindowStartup, StatusBarPanelsHoldTheBareLabels) {
     frmMain& w = start();
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
-    EXPECT_EQ(w.sbrBaudRate->objectName(), "sbrBaudRate");
-    EXPECT_EQ(w.sbrComPort->objectName(), "sbrComPort");
-    EXPECT_EQ(w.sbrSampleRate->objectName(), "sbrSampleRate");
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: ");
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: ");
+    EXPECT_EQ(w.panel().sbrBaudRate->objectName(), "sbrBaudRate");
+    EXPECT_EQ(w.panel().sbrComPort->objectName(), "sbrComPort");
+    EXPECT_EQ(w.panel().sbrSampleRate->objectName(), "sbrSampleRate");
 }
 
 TEST_F(MainWindowStartup, IndicatorPointersAreHidden) {
     frmMain& w = start();
-    EXPECT_FALSE(w.CWSTrigger->pointerVisible());
-    EXPECT_FALSE(w.CWSCoupling->pointerVisible());
-    EXPECT_FALSE(w.CWSRange->pointerVisible());
-    EXPECT_FALSE(w.CWSTrigInd->pointerVisible("TrigLvl"));
+    EXPECT_FALSE(w.panel().CWSTrigger->pointerVisible());
+    EXPECT_FALSE(w.panel().CWSCoupling->pointerVisible());
+    EXPECT_FALSE(w.panel().CWSRange->pointerVisible());
+    EXPECT_FALSE(w.panel().CWSTrigInd->pointerVisible("TrigLvl"));
 }
 
 TEST_F(MainWindowStartup, DesignColoursAreRecordedAsDefaults) {
     frmMain& w = start();
-    EXPECT_EQ(w.defaultColors.display, w.CWGraph1->plotAreaColor());
-    EXPECT_EQ(w.defaultColors.primaryTrace, w.CWGraph1->plotColor("CHa"));
-    EXPECT_EQ(w.defaultColors.referenceTrace, w.CWGraph1->plotColor("Ref"));
+    EXPECT_EQ(w.panel().defaultColors.display, w.panel().CWGraph1->plotAreaColor());
+    EXPECT_EQ(w.panel().defaultColors.primaryTrace, w.panel().CWGraph1->plotColor("CHa"));
+    EXPECT_EQ(w.panel().defaultColors.referenceTrace, w.panel().CWGraph1->plotColor("Ref"));
     for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(w.defaultColors.cursors[static_cast<std::size_t>(i)],
-                  w.CWGraph1->cursorColor(QString("Cursor%1").arg(i + 1)));
+        EXPECT_EQ(w.panel().defaultColors.cursors[static_cast<std::size_t>(i)],
+                  w.panel().CWGraph1->cursorColor(QString("Cursor%1").arg(i + 1)));
 }
 
 TEST_F(MainWindowStartup, InstrumentIsNotContactedAtStartUp) {
@@ -111,9 +111,9 @@ TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
         EXPECT_EQ(b->text(), caption) << name;
         EXPECT_EQ(b->accessibleName(), caption) << name;
     }
-    EXPECT_EQ(w.CWKTimeRange->heading(), "H-SCALE sec./ div.");
-    EXPECT_EQ(w.CWKChaLvl->heading(), "V-SCALE volts / div.");
-    EXPECT_EQ(w.CWKChaLvl->needleName(), "ChaLvlSel");
+    EXPECT_EQ(w.panel().CWKTimeRange->heading(), "H-SCALE sec./ div.");
+    EXPECT_EQ(w.panel().CWKChaLvl->heading(), "V-SCALE volts / div.");
+    EXPECT_EQ(w.panel().CWKChaLvl->needleName(), "ChaLvlSel");
     for (const char* name :
          {"CWGraph1",     "CWSTrigInd",   "CWSPan",       "CWBPwrLed", "CWSRange",
           "CWSCoupling",  "CWSTrigger",   "CWKTimeRange", "CWKChaLvl", "CWSCHaOffset",
@@ -121,17 +121,18 @@ TEST_F(MainWindowStartup, EveryControlCarriesItsNameAndCaption) {
           "fraStore",     "fraRange",     "fraCoupling",  "fraTrig",   "fraStatus",
           "fraCHA",       "StatusBar1"})
         EXPECT_NE(w.findChild<QWidget*>(name), nullptr) << name;
-    EXPECT_EQ(w.CWSRange->positionLabels(), QStringList({"100", "10", "1"}));
-    EXPECT_EQ(w.CWSCoupling->positionLabels(), QStringList({"GND", "AC", "DC"}));
-    EXPECT_EQ(w.CWSTrigger->positionLabels(), QStringList({"FR", "IN+", "IN-", "EX+", "EX-"}));
+    EXPECT_EQ(w.panel().CWSRange->positionLabels(), QStringList({"100", "10", "1"}));
+    EXPECT_EQ(w.panel().CWSCoupling->positionLabels(), QStringList({"GND", "AC", "DC"}));
+    EXPECT_EQ(w.panel().CWSTrigger->positionLabels(),
+              QStringList({"FR", "IN+", "IN-", "EX+", "EX-"}));
     // Start-up computes the vertical scale, which ends with the readouts: both cursor pairs
     // are off, so no measurement is shown.
-    EXPECT_EQ(w.lblCVoltage->text(), "");
-    EXPECT_EQ(w.lblCTime->text(), "");
-    EXPECT_EQ(w.lblCFrequency->text(), "");
-    EXPECT_EQ(w.lblCVoltage->accessibleDescription(), "VOLTS");
-    EXPECT_EQ(w.lblCTime->accessibleDescription(), "TIME");
-    EXPECT_EQ(w.lblCFrequency->accessibleDescription(), "FREQUENCY");
+    EXPECT_EQ(w.panel().lblCVoltage->text(), "");
+    EXPECT_EQ(w.panel().lblCTime->text(), "");
+    EXPECT_EQ(w.panel().lblCFrequency->text(), "");
+    EXPECT_EQ(w.panel().lblCVoltage->accessibleDescription(), "VOLTS");
+    EXPECT_EQ(w.panel().lblCTime->accessibleDescription(), "TIME");
+    EXPECT_EQ(w.panel().lblCFrequency->accessibleDescription(), "FREQUENCY");
 }
 
 // The sizes the window goes through after a resize, by its outer frame (the measure of the
@@ -185,19 +186,19 @@ TEST_F(MainWindowStartup, MinimisedWindowIsNotCorrected) {
     frmMain& w = start();
     w.resize(1000, 700);
     ASSERT_TRUE(QTest::qWaitFor([&] { return w.size() == QSize(1000, 700); }, 5000));
-    const QRect laidOut = w.CWBPwr->geometry();
-    w.CWBPwr->move(3, 4);
+    const QRect laidOut = w.panel().CWBPwr->geometry();
+    w.panel().CWBPwr->move(3, 4);
     w.setWindowState(Qt::WindowMinimized);
     ASSERT_TRUE(w.isMinimized());
     QResizeEvent tiny(QSize(160, 30), w.size());
     QCoreApplication::sendEvent(&w, &tiny);
     for (int pass = 0; pass < 3; ++pass)
         QCoreApplication::processEvents();
-    EXPECT_EQ(w.CWBPwr->pos(), QPoint(3, 4));
+    EXPECT_EQ(w.panel().CWBPwr->pos(), QPoint(3, 4));
     EXPECT_EQ(w.size(), QSize(1000, 700));
     // Back to normal, the layout puts the control in its place again.
     w.setWindowState(Qt::WindowNoState);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return w.CWBPwr->geometry() == laidOut; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return w.panel().CWBPwr->geometry() == laidOut; }, 5000));
 }
 
 TEST_F(MainWindowStartup, ShutdownWritesTheSettingsFile) {
@@ -223,7 +224,7 @@ TEST_F(MainWindowStartup, ClosingWithTheOptionsWindowOpenClosesItToo) {
         w.close();
         closedFromInside = true;
     });
-    w.CWBMenu->setValue(true);
+    w.panel().CWBMenu->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return closedFromInside; }, 5000));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !options || !options->isVisible(); }, 5000));
     EXPECT_FALSE(w.isVisible());
@@ -252,8 +253,8 @@ TEST_F(MainWindowStartup, ClosingWithThePrintPreviewOpenClosesItToo) {
 // when the window opens is checked on a real desktop, tests/desktop).
 TEST_F(MainWindowStartup, PowerSaysWhatItDoes) {
     frmMain& w = start();
-    EXPECT_EQ(w.CWBPwr->toolTip(),
+    EXPECT_EQ(w.panel().CWBPwr->toolTip(),
               "Switch the probe on: Zorvik looks for it on COM1 to COM8 (the lamp is yellow), "
               "then shows its live trace (the lamp is green). Press again to switch off.");
-    EXPECT_EQ(w.CWBPwr->accessibleDescription(), w.CWBPwr->toolTip());
+    EXPECT_EQ(w.panel().CWBPwr->accessibleDescription(), w.panel().CWBPwr->toolTip());
 }

@@ -36,7 +36,7 @@ protected:
     frmMain& running(int seed = 1, HardwareState s = sampleState()) {
         fake.openable.insert(device(1));
         frmMain& w = start({1});
-        w.CWBPwr->setValue(true);
+        w.panel().CWBPwr->setValue(true);
         EXPECT_TRUE(QTest::qWaitFor([&] { return fake.pendingCount() == 1; }, 1000));
         fake.feed(QByteArray(1, '\x7D'));
         EXPECT_TRUE(QTest::qWaitFor([&] { return w.model().blnLiveData; }, 1000));
@@ -53,9 +53,9 @@ protected:
     /// Presses FILE and waits until the File form has been run and closed again.
     void pressFile(frmMain& w) {
         const int before = fileFormRuns;
-        w.CWBFile->setValue(true);
-        EXPECT_TRUE(
-            QTest::qWaitFor([&] { return fileFormRuns > before && !w.CWBFile->value(); }, 2000));
+        w.panel().CWBFile->setValue(true);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return fileFormRuns > before && !w.panel().CWBFile->value(); }, 2000));
     }
 
     std::unique_ptr<ModalWindows> modal;

@@ -16,7 +16,8 @@ class FirstStart : public DesktopWindowFixture {};
 TEST_F(FirstStart, TheWindowOpensWithTheFocusOnPowerAndSpaceSwitchesItOn) {
     frmMain& w = start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return w.isActiveWindow(); }, 10000));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == w.CWBPwr; }, 5000))
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return QApplication::focusWidget() == w.panel().CWBPwr; }, 5000))
         << (QApplication::focusWidget() ? QApplication::focusWidget()->objectName().toStdString()
                                         : std::string("nothing"));
     // The real key, through the X server: no port is there, so the search ends with the
@@ -28,7 +29,7 @@ TEST_F(FirstStart, TheWindowOpensWithTheFocusOnPowerAndSpaceSwitchesItOn) {
     });
     runX("xdotool", {"key", "--window", QString::number(w.winId()), "space"});
     ASSERT_TRUE(QTest::qWaitFor([&] { return message; }, 10000));
-    EXPECT_FALSE(w.CWBPwr->value()); // back off after the failed search
+    EXPECT_FALSE(w.panel().CWBPwr->value()); // back off after the failed search
 }
 
 } // namespace

@@ -48,7 +48,7 @@ TEST_F(TitleBars, TheCommunicationErrorBoxReadsItsTitleOnlyAndOffersItsDetails) 
         }
         w->close();
     });
-    w.CWBPwr->setValue(true); // no port is present: the search fails at once
+    w.panel().CWBPwr->setValue(true); // no port is present: the search fails at once
     ASSERT_TRUE(QTest::qWaitFor([&] { return seen.count("Communication Error") == 1; }, 10000));
     EXPECT_EQ(seen["Communication Error"], "Communication Error");
     // OK, and the button that shows why each port failed.
@@ -76,7 +76,7 @@ TEST_F(TitleBars, TheTwoLoadMessagesReadTheirTitlesOnly) {
 TEST_F(TitleBars, TheOptionsWindowReadsOptions) {
     frmMain& w = start();
     readAndClose("Options");
-    w.CWBMenu->setValue(true);
+    w.panel().CWBMenu->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return seen.count("Options") == 1; }, 10000));
     EXPECT_EQ(seen["Options"], "Options");
 }
@@ -99,7 +99,7 @@ TEST_F(TitleBars, TheFileWindowItsSaveMessageAndTheAboutBoxReadTheirTitles) {
         });
         f->mnuAbout->trigger();
     });
-    w.CWBFile->setValue(true);
+    w.panel().CWBFile->setValue(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return seen.size() == 4; }, 20000));
     EXPECT_EQ(seen["File"], "File");
     EXPECT_EQ(seen["File Save Error"], "File Save Error");

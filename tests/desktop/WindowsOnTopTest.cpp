@@ -71,9 +71,9 @@ TEST_F(WindowsOnTop, TheAboutBoxFromTheFileWindowStandsAboveTheFileWindow) {
         }
         f->close();
     });
-    w.CWBFile->setValue(true);
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return openings.size() == 3 && !w.CWBFile->value(); }, 30000));
+    w.panel().CWBFile->setValue(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return openings.size() == 3 && !w.panel().CWBFile->value(); },
+                                30000));
     const std::vector<std::string> expected = {"File: on top", "About Zorvik: on top",
                                                "About Zorvik: on top"};
     EXPECT_EQ(openings, expected);
@@ -101,7 +101,7 @@ TEST_F(WindowsOnTop, MessagesFromTheMainWindow) {
     w.activateWindow();
     ASSERT_TRUE(QTest::qWaitFor([&] { return onTopAndFocused(&w); }, 5000));
     check("Communication Error", [](QWidget* box) { box->close(); });
-    w.CWBPwr->setValue(true); // no port is present: the search fails at once
+    w.panel().CWBPwr->setValue(true); // no port is present: the search fails at once
     ASSERT_TRUE(QTest::qWaitFor([&] { return onTop.count("Communication Error") == 1; }, 10000));
     EXPECT_TRUE(onTop["Communication Error"]);
 }

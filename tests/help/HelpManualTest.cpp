@@ -130,7 +130,7 @@ TEST_F(HelpButtonTest, HelpFileIsTheIndexPageInTheHelpFolderBesideTheBuiltProgra
 }
 
 TEST_F(HelpButtonTest, ReleasingHelpShowsTheFirstPageOfTheManualInTheHelpWindow) {
-    QTest::mouseClick(window->CWBHelp, Qt::LeftButton);
+    QTest::mouseClick(window->panel().CWBHelp, Qt::LeftButton);
 
     auto* help = window->findChild<HelpWindow*>();
     ASSERT_NE(help, nullptr);

@@ -107,7 +107,7 @@ TEST_P(DroppedBytes, WindowShowsEveryFrameTheFrameRulesRecoverFromWhatWasSent) {
     ASSERT_EQ(waiting, 0) << "dropped bytes never make a waiting marker of frame bytes";
     ASSERT_TRUE(waitFor([&] { return shown.size() >= expected.size(); }, 10000));
     // Off at once: the last frame may have lost bytes, and its read would run out of time.
-    w.CWBPwr->setValue(false);
+    w.panel().CWBPwr->setValue(false);
 
     ASSERT_EQ(shown.size(), expected.size());
     for (std::size_t i = 0; i < shown.size(); ++i)
@@ -164,8 +164,8 @@ TEST_F(FaultInjection, GarbageWithoutSyncBytesShowsNoFrameAndTheWindowKeepsHunti
     ASSERT_TRUE(waitFor([&] { return steps(ReceiveEvent::Hunt) >= hunts; }, 60000 + hunts));
     EXPECT_TRUE(shown.empty());
     EXPECT_EQ(steps(ReceiveEvent::SyncFound), 0);
-    EXPECT_EQ(w.CWSTrigger->pointerValue("Pointer-1"), 300);
-    EXPECT_TRUE(w.CWBPwr->value());
+    EXPECT_EQ(w.panel().CWSTrigger->pointerValue("Pointer-1"), 300);
+    EXPECT_TRUE(w.panel().CWBPwr->value());
     EXPECT_TRUE(messages.empty());
     std::printf("garbage without sync bytes: %d two-byte probes, no frame; longest stall %.1f ms "
                 "(%.1f ms own)\n",
@@ -184,7 +184,7 @@ TEST_F(FaultInjection, GarbageOnlyStreamShowsOnlyFramesTheFrameRulesCutFromIt) {
     frmMain& w = powerOn(ProbeStream(ProbeSettings{}, options), line);
     const std::size_t frames = soakRun() ? 500 : 5;
     ASSERT_TRUE(waitFor([&] { return shown.size() >= frames; }, 60000 + 200 * frames));
-    w.CWBPwr->setValue(false);
+    w.panel().CWBPwr->setValue(false);
 
     // Random bytes hold a sync byte followed by another byte about once in 256 probes, and the
     // frame rules read the 137 bytes after it as a frame without a check: such frames are
@@ -223,13 +223,13 @@ TEST_F(FaultInjection, StallMidFrameTakesTheErrorPathWhileTheWindowKeepsAnswerin
     EXPECT_EQ(messages[0].icon, MsgIcon::Critical);
     EXPECT_EQ(messages[0].title, "Communication Error");
     EXPECT_EQ(messages[0].text, kText);
-    EXPECT_FALSE(w.CWBPwr->value());
-    EXPECT_FALSE(w.CWBPwrLed->value());
+    EXPECT_FALSE(w.panel().CWBPwr->value());
+    EXPECT_FALSE(w.panel().CWBPwrLed->value());
     EXPECT_FALSE(w.model().blnLiveData);
     EXPECT_FALSE(serial.isOpen());
-    EXPECT_EQ(w.sbrBaudRate->text(), "Baud: ");
-    EXPECT_EQ(w.sbrComPort->text(), "Com: ");
-    EXPECT_EQ(w.sbrSampleRate->text(), "Sample Rate: ");
+    EXPECT_EQ(w.panel().sbrBaudRate->text(), "Baud: ");
+    EXPECT_EQ(w.panel().sbrComPort->text(), "Com: ");
+    EXPECT_EQ(w.panel().sbrSampleRate->text(), "Sample Rate: ");
     EXPECT_GE(steps(ReceiveEvent::Frame), 1);
     // The rest of the stalled frame is waited for 3 seconds.
     EXPECT_GE(waited, 2900);

@@ -74,11 +74,11 @@ TEST_F(LeakSession, DemoStoreSavePreviewPrintOptionsAndQuitLeaveNoLeak) {
     frmMain& w = powerOn(ProbeStream(ProbeSettings{}));
     ASSERT_TRUE(waitFor([&] { return shown.size() >= 3; }, 5000));
 
-    w.CWBStoreRef->setValue(true);
+    w.panel().CWBStoreRef->setValue(true);
     EXPECT_FALSE(w.link().machine().blnAcquire);
 
-    QTest::mouseClick(w.CWBFile, Qt::LeftButton);
-    ASSERT_TRUE(waitFor([&] { return fileRuns == 1 && !w.CWBFile->value(); }, 5000));
+    QTest::mouseClick(w.panel().CWBFile, Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return fileRuns == 1 && !w.panel().CWBFile->value(); }, 5000));
     WaveformRecord saved;
     cInifile ini;
     EXPECT_EQ(WaveformFile::LoadWaveformFile(ini, wdf.toStdString(), saved),
@@ -87,12 +87,12 @@ TEST_F(LeakSession, DemoStoreSavePreviewPrintOptionsAndQuitLeaveNoLeak) {
     for (std::size_t i = 0; i < saved.volts.size(); ++i)
         EXPECT_EQ(saved.volts[i], zorvik::testing::asFiled(w.model().sngRefVolts[i])) << i;
 
-    QTest::mouseClick(w.CWBPrint, Qt::LeftButton);
+    QTest::mouseClick(w.panel().CWBPrint, Qt::LeftButton);
     ASSERT_TRUE(waitFor([&] { return previewRuns == 1; }, 10000));
     EXPECT_TRUE(QFile::exists(pdf));
 
-    QTest::mouseClick(w.CWBMenu, Qt::LeftButton);
-    ASSERT_TRUE(waitFor([&] { return optionsRuns == 1 && !w.CWBMenu->value(); }, 5000));
+    QTest::mouseClick(w.panel().CWBMenu, Qt::LeftButton);
+    ASSERT_TRUE(waitFor([&] { return optionsRuns == 1 && !w.panel().CWBMenu->value(); }, 5000));
 
     w.close();
     window.reset();

@@ -34,7 +34,7 @@ TEST_F(LinkStrain, UnpluggingTheProbeBetweenPowerCyclesAlwaysTakesTheErrorPath) 
         // POWER off and on again by hand: no message, frames come again.
         std::size_t seen = shown.size();
         ASSERT_TRUE(waitFor([&] { return shown.size() >= seen + 2; }, 5000));
-        w.CWBPwr->setValue(false);
+        w.panel().CWBPwr->setValue(false);
         EXPECT_FALSE(serial.isOpen());
         ASSERT_TRUE(pressPower()) << "cycle " << cycle;
         seen = shown.size();
@@ -48,8 +48,8 @@ TEST_F(LinkStrain, UnpluggingTheProbeBetweenPowerCyclesAlwaysTakesTheErrorPath) 
         EXPECT_EQ(m.icon, MsgIcon::Critical);
         EXPECT_EQ(m.title, "Communication Error");
         EXPECT_EQ(m.text, kText);
-        EXPECT_FALSE(w.CWBPwr->value());
-        EXPECT_FALSE(w.CWBPwrLed->value());
+        EXPECT_FALSE(w.panel().CWBPwr->value());
+        EXPECT_FALSE(w.panel().CWBPwrLed->value());
         EXPECT_FALSE(w.model().blnLiveData);
         EXPECT_FALSE(serial.isOpen());
         if (cycle == 0) {
@@ -95,7 +95,7 @@ TEST_F(LinkStrain, UnpacedFloodKeepsMemoryFlatAndTheWindowAnswering) {
     }
     const std::int64_t last = residentBytes();
     const std::size_t frames = static_cast<std::size_t>(steps(ReceiveEvent::Frame)) - framesAtWarm;
-    w.CWBPwr->setValue(false);
+    w.panel().CWBPwr->setValue(false);
     EXPECT_TRUE(messages.empty());
     EXPECT_GT(frames, static_cast<std::size_t>(seconds)) << "frames kept coming";
     std::printf("unpaced flood for %d s: %llu bytes sent, %zu frames shown after the first "

@@ -75,8 +75,9 @@ bool ProbeSession::pressPower() {
     // pressed again, as a user would, and that message is not counted.
     for (int attempt = 0; attempt < 3; ++attempt) {
         const std::size_t before = messages.size();
-        window->CWBPwr->setValue(true);
-        waitFor([this] { return window->model().blnLiveData || !window->CWBPwr->value(); }, 5000);
+        window->panel().CWBPwr->setValue(true);
+        waitFor([this] { return window->model().blnLiveData || !window->panel().CWBPwr->value(); },
+                5000);
         if (window->model().blnLiveData)
             return true;
         if (messages.size() != before + 1)
