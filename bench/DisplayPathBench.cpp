@@ -250,7 +250,7 @@ int throughput(int frames, QSize graph, const QString& folder) {
                 ++otherEvents;
             return;
         }
-        const RawSamples& raw = s.frame->bytRawData;
+        const RawSamples& raw = w.link().machine().bytRawData();
         const int n = sequence.value(QByteArray(reinterpret_cast<const char*>(raw.data()),
                                                 static_cast<qsizetype>(raw.size())),
                                      -1);

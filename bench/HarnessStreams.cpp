@@ -103,7 +103,7 @@ int measureLatency(const Options& options) {
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [&](const ReceiveStep& s) {
         if (s.event != ReceiveEvent::Frame || !measuring)
             return;
-        const int n = sequence.numberOf(s.frame->bytRawData);
+        const int n = sequence.numberOf(w.link().machine().bytRawData());
         if (n < 0) {
             ++unknown;
             return;
@@ -197,7 +197,7 @@ int measureUnpaced(const Options& options) {
     QObject::connect(&w.link(), &InstrumentLink::received, &w, [&](const ReceiveStep& s) {
         if (s.event != ReceiveEvent::Frame)
             return;
-        const int n = sequence.numberOf(s.frame->bytRawData);
+        const int n = sequence.numberOf(w.link().machine().bytRawData());
         if (n < 0) {
             ++unknown;
             return;

@@ -33,7 +33,7 @@ void runReceive(benchmark::State& state, ReceiveMachine& machine, OnFrame onFram
                 std::span(stream.data() + pos, static_cast<std::size_t>(next.count)));
             pos += static_cast<std::size_t>(next.count);
             next = step.next;
-            if (step.frame.has_value()) {
+            if (step.show) {
                 onFrame();
                 ++frames;
             }

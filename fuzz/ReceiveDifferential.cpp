@@ -52,7 +52,7 @@ std::vector<CycleRecord> runReceiveMachine(const LineScript& script) {
         r.pointer = step.pointer1.value_or(-1);
         r.disablePrint = step.disablePrint;
         r.resetInput = step.resetInput;
-        r.show = step.frame.has_value();
+        r.show = step.show;
         r.nextCount = step.next.count;
         r.nextTimed = step.next.timed;
         r.state = machine.state();

@@ -18,7 +18,7 @@ ProgramServices::ProgramServices(SerialLink& serial, const PortMap& ports,
     : link(serial, ports,
            [&ports, deviceExists](int n) { return comPortExists(ports, deviceExists, n); }),
       serial_(serial), ports_(ports), deviceExists_(std::move(deviceExists)) {
-    QObject::connect(&link, &InstrumentLink::received, &feed, &AcquisitionFeed::take);
+    feed.listenTo(link);
 }
 
 void ProgramServices::handTo(MainWindowServices& s) {

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "display/DisplayModel.h"
-#include "instrument/ReceiveMachine.h"
+#include "instrument/InstrumentLink.h"
 
 #include <QObject>
 
@@ -16,11 +16,9 @@ class AcquisitionFeed : public QObject {
 public:
     explicit AcquisitionFeed(QObject* parent = nullptr) : QObject(parent) {}
 
-    /// A completed read of the receive cycle: a step that carries a record to show is handed
-    /// on as `frameDecoded`.
-    void take(const zorvik::ReceiveStep& step) {
-        if (step.frame)
-            emit frameDecoded(*step.frame);
+    /// Hands on every frame `link` decodes as `frameDecoded`.
+    void listenTo(const InstrumentLink& link) {
+        connect(&link, &InstrumentLink::frameDecoded, this, &AcquisitionFeed::frameDecoded);
     }
     /// The displayed acquisition changed (a frame shown, a knob turned, a file loaded, the
     /// reference stored): tells every subscriber.

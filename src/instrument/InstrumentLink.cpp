@@ -164,6 +164,8 @@ void InstrumentLink::carryOut(const ReceiveStep& step) {
     if (step.event == ReceiveEvent::Ignored)
         return;
     emit received(step);
+    if (step.show)
+        emit frameDecoded(machine_.frame());
     // The window may have stopped reception or closed the port while it handled the step.
     if (machine_.pending() != step.next || !serial_.isOpen())
         return;

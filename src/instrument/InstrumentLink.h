@@ -20,7 +20,8 @@ inline constexpr qint32 kBaudRate = 19200;
 /// Drives the serial port for the main window. The port search and the reads of the receive
 /// cycle are asynchronous waits with the instrument's time-outs, so the window keeps
 /// answering while a port is probed or a frame is read. The window reacts to `received`
-/// (one per completed read, before the next read is armed), `searchFinished` and `failed`.
+/// (one per completed read, before the next read is armed), `searchFinished` and `failed`;
+/// whatever uses the trace gets `frameDecoded` through the AcquisitionFeed.
 class InstrumentLink : public QObject {
     Q_OBJECT
 public:
@@ -62,6 +63,8 @@ signals:
     void searchFinished(bool answered, int port);
     /// A read of the receive cycle completed; the link arms `step.next` right after.
     void received(const zorvik::ReceiveStep& step);
+    /// Right after `received` for a step that shows the record: the frame to show.
+    void frameDecoded(const zorvik::DecodedFrame& frame);
     /// The port failed while receiving, or the rest of a frame did not come in time.
     void failed();
 

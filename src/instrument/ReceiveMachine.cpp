@@ -58,7 +58,8 @@ ReceiveStep ReceiveMachine::onProbe() {
     if (Value_.size() != 2) {
         // Not a two-byte probe: the present record is shown again and the cycle goes on.
         step.event = ReceiveEvent::Redraw;
-        step.frame = record(ReceiveEvent::Redraw);
+        step.show = true;
+        record_.kind = ReceiveEvent::Redraw;
         step.next = arm();
         return step;
     }
@@ -101,26 +102,26 @@ ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
     };
     bool isShort = false;
     if (!syncInPlace1) {
-        state_.bytSwitchSetting = syncField_;
-        store(state_.bytTimebaseDef, 0);
-        store(state_.bytTriggerDef, 1);
-        store(state_.bytTriggerLvl, 2);
-        store(state_.bytDVM100, 132);
-        store(state_.bytDVM10, 133);
-        store(state_.bytDVM1, 134);
-        store(state_.bytDVMflags, 135);
+        record_.state.bytSwitchSetting = syncField_;
+        store(record_.state.bytTimebaseDef, 0);
+        store(record_.state.bytTriggerDef, 1);
+        store(record_.state.bytTriggerLvl, 2);
+        store(record_.state.bytDVM100, 132);
+        store(record_.state.bytDVM10, 133);
+        store(record_.state.bytDVM1, 134);
+        store(record_.state.bytDVMflags, 135);
         isShort = !copySamples(3, 130);
     } else {
         // The state bytes are stored before the frame is checked; a rejected frame keeps
         // them. This order is deliberate.
-        store(state_.bytSwitchSetting, 1);
-        store(state_.bytTimebaseDef, 2);
-        store(state_.bytTriggerDef, 3);
-        store(state_.bytTriggerLvl, 4);
-        store(state_.bytDVM100, 134);
-        store(state_.bytDVM10, 135);
-        store(state_.bytDVM1, 136);
-        store(state_.bytDVMflags, 137);
+        store(record_.state.bytSwitchSetting, 1);
+        store(record_.state.bytTimebaseDef, 2);
+        store(record_.state.bytTriggerDef, 3);
+        store(record_.state.bytTriggerLvl, 4);
+        store(record_.state.bytDVM100, 134);
+        store(record_.state.bytDVM10, 135);
+        store(record_.state.bytDVM1, 136);
+        store(record_.state.bytDVMflags, 137);
         const bool valid = r.size() >= 2 && r[0] == kSyncByte && r[1] != kSyncByte;
         if (!valid) {
             step.event = ReceiveEvent::Rejected;
@@ -130,8 +131,9 @@ ReceiveStep ReceiveMachine::onRest(bool syncInPlace1) {
         isShort = !copySamples(5, 132);
     }
     step.event = isShort ? ReceiveEvent::Short : ReceiveEvent::Frame;
-    if (!isShort)
-        step.frame = record(ReceiveEvent::Frame);
+    step.show = !isShort;
+    if (step.show)
+        record_.kind = ReceiveEvent::Frame;
     step.next = arm();
     return step;
 }
@@ -145,7 +147,7 @@ bool ReceiveMachine::copySamples(int first, int last) {
     const int wanted = std::min(last - first + 1, static_cast<int>(kSamplesPerFrame));
     const int available = std::clamp(highest - 2 - first + 1, 0, wanted);
     if (available > 0)
-        std::copy_n(Value_.begin() + first, available, bytRawData_.begin());
+        std::copy_n(Value_.begin() + first, available, record_.bytRawData.begin());
     intFrameIndex_ = 1 + available;
     return available == wanted;
 }

@@ -36,8 +36,8 @@ struct ReceiveStep {
     std::optional<int> pointer1; ///< new value of the trigger indicator's "Pointer-1"
     bool disablePrint = false;   ///< PRINT is disabled while live frames arrive
     bool resetInput = false;     ///< discard the port's buffered input before the next read
-    /// The record to show (FormatDispData, ChartA and ShowTrigLevel), for Frame and Redraw.
-    std::optional<DecodedFrame> frame;
+    /// The record is to be shown (Frame and Redraw): the machine's frame() hands it on.
+    bool show = false;
     ReadRequest next; ///< the read to arm afterwards
 };
 
@@ -49,9 +49,12 @@ public:
 
     /// The hardware-state record of the last stored frame (a rejected or short read keeps the
     /// state bytes it brought).
-    const HardwareState& state() const { return state_; }
+    const HardwareState& state() const { return record_.state; }
     /// Samples of the last frame (a short read leaves the samples it brought).
-    const RawSamples& bytRawData() const { return bytRawData_; }
+    const RawSamples& bytRawData() const { return record_.bytRawData; }
+    /// The record as a frame value, with the kind of read that last showed it: what a step
+    /// with `show` hands on (valid until the next read completes; a consumer copies it).
+    const DecodedFrame& frame() const { return record_; }
     /// The bytes delivered by the latest read.
     const std::vector<std::uint8_t>& Value() const { return Value_; }
     /// Next sample slot (1..128) after the last frame was copied.
@@ -76,13 +79,11 @@ private:
     ReceiveStep onProbe();
     ReceiveStep onRest(bool syncInPlace1);
     bool copySamples(int first, int last);
-    DecodedFrame record(ReceiveEvent kind) const { return {kind, state_, bytRawData_}; }
 
     Expect expect_ = Expect::Nothing;
     std::uint8_t syncField_ = 0; // the byte after a sync in place 0: bytSwitchSetting
     ReadRequest pending_;
-    HardwareState state_;
-    RawSamples bytRawData_{};
+    DecodedFrame record_;
     std::vector<std::uint8_t> Value_;
     int intFrameIndex_ = 0;
 };

@@ -55,7 +55,7 @@ public:
         for (int n = 1; n <= 8; ++n)
             ports.setDevice(n, "/nonexistent/zorvik-options-com" + std::to_string(n));
         QObject::connect(&link, &InstrumentLink::received, [this](const ReceiveStep& step) {
-            if (step.frame.has_value())
+            if (step.show)
                 shown.push_back(link.machine().bytRawData()[0]);
         });
         QObject::connect(&link, &InstrumentLink::failed, [this] { failurePath(); });

@@ -59,12 +59,12 @@ TEST(ReceiveMachine, SyncInPlace0ReadsThe137ByteRestAndStoresTheFrame) {
     EXPECT_EQ(probe.event, ReceiveEvent::SyncFound);
     EXPECT_EQ(probe.pointer1, kPointerTriggered);
     EXPECT_TRUE(probe.disablePrint);
-    EXPECT_FALSE(probe.frame.has_value());
+    EXPECT_FALSE(probe.show);
     EXPECT_EQ(probe.next, (ReadRequest{137, true}));
 
     auto rest = m.onData(std::span(f).subspan(2));
     EXPECT_EQ(rest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(rest.frame.has_value());
+    EXPECT_TRUE(rest.show);
     EXPECT_FALSE(rest.resetInput);
     EXPECT_EQ(rest.next, (ReadRequest{2, false}));
     EXPECT_EQ(m.state(), sampleState());
@@ -109,11 +109,11 @@ TEST(ReceiveMachine, StreamStartingMidFrameDropsTwoBytesPerEventThenShowsNextWho
         EXPECT_EQ(steps[i].event, ReceiveEvent::SyncFound);
         // The first frame shown is a whole frame of the stream, and from then on every
         // frame is shown.
-        const auto firstShown = std::find_if(
-            steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.frame.has_value(); });
+        const auto firstShown =
+            std::find_if(steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.show; });
         ASSERT_NE(firstShown, steps.end()) << "start " << start;
-        const auto shown = std::count_if(steps.begin(), steps.end(),
-                                         [](const ReceiveStep& s) { return s.frame.has_value(); });
+        const auto shown =
+            std::count_if(steps.begin(), steps.end(), [](const ReceiveStep& s) { return s.show; });
         // Odd start: the sync of frame 1 lands in place 0 and frames 1..5 are shown. Even
         // start: it lands in place 1, the 139-byte read fails its check and eats frame 2's
         // sync, so frames 3..5 are shown.
@@ -129,7 +129,7 @@ TEST(ReceiveMachine, TwoSyncBytesInARowAreTheWaitingMarkerWithInputReset) {
     EXPECT_EQ(step.event, ReceiveEvent::Waiting);
     EXPECT_EQ(step.pointer1, kPointerWaiting);
     EXPECT_TRUE(step.resetInput);
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
 }
 
@@ -142,7 +142,7 @@ TEST(ReceiveMachine, SyncFollowedByFieldOf0x7DIsTakenAsWaitingMarkerNeverAsFrame
     ASSERT_FALSE(steps.empty());
     EXPECT_EQ(steps[0].event, ReceiveEvent::Waiting);
     for (const auto& st : steps)
-        EXPECT_FALSE(st.frame.has_value());
+        EXPECT_FALSE(st.show);
     EXPECT_EQ(m.state(), HardwareState{});
 }
 
@@ -152,7 +152,7 @@ TEST(ReceiveMachine, NoSyncInSightDropsTwoBytesWithoutReset) {
     EXPECT_EQ(step.event, ReceiveEvent::Hunt);
     EXPECT_EQ(step.pointer1, kPointerWaiting);
     EXPECT_FALSE(step.resetInput);
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
 }
 
@@ -165,9 +165,11 @@ TEST(ReceiveMachine, SyncInPlace1ReadsA139ByteFrameThatMustBeginWithSync) {
     const Bytes f = frameBytes(sampleState(), 9);
     auto rest = m.onData(f);
     EXPECT_EQ(rest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(rest.frame.has_value());
+    EXPECT_TRUE(rest.show);
     EXPECT_EQ(m.state(), sampleState());
     EXPECT_EQ(m.bytRawData(), samplesOf(f));
+    // The frame handed on: the record and the kind of read that showed it.
+    EXPECT_EQ(m.frame(), (DecodedFrame{ReceiveEvent::Frame, sampleState(), samplesOf(f)}));
 }
 
 TEST(ReceiveMachine, SyncInPlace1StoresStateBytesBeforeTheCheckAndKeepsThemWhenRejected) {
@@ -189,7 +191,7 @@ TEST(ReceiveMachine, SyncInPlace1StoresStateBytesBeforeTheCheckAndKeepsThemWhenR
     r[137] = 0x88;
     auto step = m.onData(r);
     EXPECT_EQ(step.event, ReceiveEvent::Rejected);
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
     HardwareState expected{0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77, 0x88};
     EXPECT_EQ(m.state(), expected);
@@ -212,7 +214,7 @@ TEST(ReceiveMachine, ShortRestIsNotShownAndTheCycleRearms) {
     m.onData(std::span(f).first(2));
     auto step = m.onData(std::span(f).subspan(2, 100));
     EXPECT_EQ(step.event, ReceiveEvent::Short);
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
     // The copy stops at the guard: samples 0..94 were copied (i = 3..97 of r).
     EXPECT_EQ(m.intFrameIndex(), 96);
@@ -226,13 +228,13 @@ TEST(ReceiveMachine, RestOf132BytesIsShortAnd133IsWhole) {
     m.onData(std::span(f).first(2));
     const ReceiveStep shortRest = m.onData(std::span(f).subspan(2, 132));
     EXPECT_EQ(shortRest.event, ReceiveEvent::Short);
-    EXPECT_FALSE(shortRest.frame.has_value());
+    EXPECT_FALSE(shortRest.show);
     EXPECT_EQ(m.intFrameIndex(), 128); // samples 1 to 127 copied, the 128th not
     m.arm();
     m.onData(std::span(f).first(2));
     const ReceiveStep wholeRest = m.onData(std::span(f).subspan(2, 133));
     EXPECT_EQ(wholeRest.event, ReceiveEvent::Frame);
-    EXPECT_TRUE(wholeRest.frame.has_value());
+    EXPECT_TRUE(wholeRest.show);
     EXPECT_EQ(m.intFrameIndex(), 129);
     EXPECT_TRUE(std::equal(m.bytRawData().begin(), m.bytRawData().end(), f.begin() + 5));
 }
@@ -244,7 +246,7 @@ TEST(ReceiveMachine, ProbeWhileAcquisitionHeldStoresValueButArmsNothing) {
     auto step = m.onData(Bytes{0x7D, 0x24});
     EXPECT_EQ(step.event, ReceiveEvent::Held);
     EXPECT_EQ(m.Value(), (Bytes{0x7D, 0x24}));
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
     EXPECT_FALSE(step.disablePrint);
     EXPECT_FALSE(step.pointer1.has_value());
     EXPECT_EQ(step.next, (ReadRequest{0, false}));
@@ -253,10 +255,15 @@ TEST(ReceiveMachine, ProbeWhileAcquisitionHeldStoresValueButArmsNothing) {
 
 TEST(ReceiveMachine, ProbeOfOtherThanTwoBytesShowsThePresentRecordAgain) {
     auto m = acquiring();
+    const Bytes f = frameBytes(sampleState(), 9);
+    m.onData(Bytes{0x05, 0x7D});
+    ASSERT_EQ(m.onData(f).event, ReceiveEvent::Frame);
     auto step = m.onData(Bytes{0x7D});
     EXPECT_EQ(step.event, ReceiveEvent::Redraw);
-    EXPECT_TRUE(step.frame.has_value());
+    EXPECT_TRUE(step.show);
     EXPECT_EQ(step.next, (ReadRequest{2, false}));
+    // The present record again, handed on as a redraw.
+    EXPECT_EQ(m.frame(), (DecodedFrame{ReceiveEvent::Redraw, sampleState(), samplesOf(f)}));
 }
 
 TEST(ReceiveMachine, TimeOutOfTheRestTakesTheFailurePath) {
@@ -278,7 +285,7 @@ TEST(ReceiveMachine, BytesWithNoReadArmedAreIgnored) {
     m.blnAcquire = true;
     auto step = m.onData(Bytes{0x7D, 0x24});
     EXPECT_EQ(step.event, ReceiveEvent::Ignored);
-    EXPECT_FALSE(step.frame.has_value());
+    EXPECT_FALSE(step.show);
 }
 
 TEST(ReceiveMachine, StopDropsThePendingFrameRead) {

@@ -61,7 +61,7 @@ frmMain& ProbeSession::powerOn(ProbeStream stream, PtyProbe::Options options) {
         const double ms = static_cast<double>(m_stepClock.nsecsElapsed() - m_stepStart) / 1e6;
         m_longestStep[event] = std::max(m_longestStep[event], ms);
         if (step.event == ReceiveEvent::Frame && recordTraffic)
-            shown.push_back({w.model().state, w.model().bytRawData});
+            shown.push_back({w.link().machine().state(), w.link().machine().bytRawData()});
     });
     meter.start();
     EXPECT_TRUE(pressPower());
