@@ -1,6 +1,7 @@
 // Composition root of the zorvik program: creates the port mapping, the serial control, the
 // services the windows share (INI object, instrument link, frame feed, printing) and the main
 // window, wires what uses the trace to the frame feed, and runs the event loop.
+#include "analysis/AnalysisActions.h"
 #include "app/ApplicationSetup.h"
 #include "app/ProgramServices.h"
 #include "app/frmMain.h"
@@ -90,6 +91,8 @@ int main(int argc, char** argv) {
     services.settingsOriginal = QString::fromStdString(settings.original.string());
 
     frmMain window(services);
+    // Beside the panel: Autoset (A) and the graph's context menu.
+    new AnalysisActions(window);
     window.Form_Load();
     window.show();
 

@@ -1,0 +1,67 @@
+// The analysis features beside the front panel.
+#include "analysis/AnalysisActions.h"
+
+#include "analysis/Autoset.h"
+#include "app/frmMain.h"
+#include "widgets/Knob.h"
+#include "widgets/LitButton.h"
+#include "widgets/ScopeGraph.h"
+#include "widgets/Slide.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace zorvik {
+
+AnalysisActions::AnalysisActions(frmMain& window) : QObject(&window), window_(window) {
+    autoset_ = new QAction(tr("&Autoset"), this);
+    autoset_->setObjectName("actAutoset");
+    autoset_->setShortcut(QKeySequence(Qt::Key_A));
+    autoset_->setShortcutContext(Qt::WindowShortcut);
+    autoset_->setToolTip(tr("Turn H-SCALE, V-SCALE and OFFSET so that the trace fills the graph"));
+    connect(autoset_, &QAction::triggered, this, [this] { Autoset(); });
+    window.addAction(autoset_);
+
+    ScopeGraph* graph = window.panel().CWGraph1;
+    graph->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(graph, &QWidget::customContextMenuRequested, this, [this, graph](const QPoint& at) {
+        QMenu* menu = contextMenu(graph);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(graph->mapToGlobal(at));
+    });
+}
+
+QMenu* AnalysisActions::contextMenu(QWidget* parent) const {
+    auto* menu = new QMenu(parent);
+    menu->setObjectName("mnuGraph");
+    menu->addAction(autoset_);
+    return menu;
+}
+
+bool AnalysisActions::Autoset() {
+    const DisplayModel& m = window_.model();
+    const FrontPanel& p = window_.panel();
+    // The trace on screen: the held one while STORE holds it, the live one while frames
+    // arrive, otherwise a reference loaded from a file and shown.
+    const TraceArray* volts = nullptr;
+    float interval = 0.0f;
+    if (p.CWBStoreRef->value() || (!m.blnLiveData && m.blnRefLoaded && p.CWBRef->value())) {
+        volts = &m.sngRefVolts;
+        interval = m.sngRefSampleInterval;
+    } else if (m.blnLiveData) {
+        volts = &m.sngChaVolts;
+        interval = m.acquisition.sngSampleInterval;
+    }
+    if (!volts)
+        return false;
+    const std::optional<AutosetChoice> choice = autoset(*volts, interval, p.CWBChaInv->value());
+    if (!choice)
+        return false;
+    // Through the controls, so their handlers run as if the user had turned them.
+    p.CWKTimeRange->setValue(choice->hScale);
+    p.CWKChaLvl->setValue(choice->vScale);
+    p.CWSCHaOffset->setValue(choice->offset);
+    return true;
+}
+
+} // namespace zorvik
