@@ -2,6 +2,7 @@
 #include "analysis/AnalysisActions.h"
 
 #include "analysis/Autoset.h"
+#include "analysis/frmMeasurements.h"
 #include "app/frmMain.h"
 #include "widgets/Knob.h"
 #include "widgets/LitButton.h"
@@ -13,7 +14,8 @@
 
 namespace zorvik {
 
-AnalysisActions::AnalysisActions(frmMain& window) : QObject(&window), window_(window) {
+AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed)
+    : QObject(&window), window_(window), feed_(feed) {
     autoset_ = new QAction(tr("&Autoset"), this);
     autoset_->setObjectName("actAutoset");
     autoset_->setShortcut(QKeySequence(Qt::Key_A));
@@ -21,6 +23,13 @@ AnalysisActions::AnalysisActions(frmMain& window) : QObject(&window), window_(wi
     autoset_->setToolTip(tr("Turn H-SCALE, V-SCALE and OFFSET so that the trace fills the graph"));
     connect(autoset_, &QAction::triggered, this, [this] { Autoset(); });
     window.addAction(autoset_);
+
+    measurements_ = new QAction(tr("&Measurements..."), this);
+    measurements_->setObjectName("actMeasurements");
+    measurements_->setShortcut(QKeySequence(Qt::Key_M));
+    measurements_->setShortcutContext(Qt::WindowShortcut);
+    connect(measurements_, &QAction::triggered, this, [this] { showMeasurements(); });
+    window.addAction(measurements_);
 
     ScopeGraph* graph = window.panel().CWGraph1;
     graph->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -35,7 +44,17 @@ QMenu* AnalysisActions::contextMenu(QWidget* parent) const {
     auto* menu = new QMenu(parent);
     menu->setObjectName("mnuGraph");
     menu->addAction(autoset_);
+    menu->addAction(measurements_);
     return menu;
+}
+
+frmMeasurements& AnalysisActions::showMeasurements() {
+    if (!measurementsWindow_)
+        measurementsWindow_ = new frmMeasurements(window_, feed_);
+    measurementsWindow_->show();
+    measurementsWindow_->raise();
+    measurementsWindow_->activateWindow();
+    return *measurementsWindow_;
 }
 
 bool AnalysisActions::Autoset() {

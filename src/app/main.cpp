@@ -91,8 +91,8 @@ int main(int argc, char** argv) {
     services.settingsOriginal = QString::fromStdString(settings.original.string());
 
     frmMain window(services);
-    // Beside the panel: Autoset (A) and the graph's context menu.
-    new AnalysisActions(window);
+    // Beside the panel: Autoset (A), Measurements (M) and the graph's context menu.
+    new AnalysisActions(window, shared.feed);
     window.Form_Load();
     window.show();
 

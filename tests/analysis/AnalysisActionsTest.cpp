@@ -36,7 +36,13 @@ RawSamples fullSine() {
 
 class AutosetOnTheWindow : public LiveWindowFixture {
 protected:
-    AnalysisActions& actionsOf(frmMain& w) { return *new AnalysisActions(w); }
+    /// The actions on `w`, made the active window so that their keys reach them.
+    AnalysisActions& actionsOf(frmMain& w) {
+        auto* actions = new AnalysisActions(w, shared.back()->feed);
+        QApplication::setActiveWindow(&w);
+        EXPECT_EQ(QApplication::activeWindow(), &w);
+        return *actions;
+    }
 };
 
 } // namespace
@@ -79,9 +85,11 @@ TEST_F(AutosetOnTheWindow, TheGraphsContextMenuHoldsAutoset) {
     frmMain& w = running();
     AnalysisActions& actions = actionsOf(w);
     std::unique_ptr<QMenu> menu(actions.contextMenu(nullptr));
-    ASSERT_EQ(menu->actions().size(), 1);
+    ASSERT_EQ(menu->actions().size(), 2);
     EXPECT_EQ(menu->actions()[0]->text(), "&Autoset");
     EXPECT_EQ(menu->actions()[0]->shortcut(), QKeySequence("A"));
+    EXPECT_EQ(menu->actions()[1]->text(), "&Measurements...");
+    EXPECT_EQ(menu->actions()[1]->shortcut(), QKeySequence("M"));
 
     // A right click on the graph opens it there.
     ScopeGraph* graph = w.panel().CWGraph1;

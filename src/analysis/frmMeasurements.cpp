@@ -1,0 +1,144 @@
+// The Measurements window.
+#include "analysis/frmMeasurements.h"
+
+#include "app/frmMain.h"
+#include "display/AcquisitionFeed.h"
+#include "widgets/LitButton.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace zorvik {
+
+namespace {
+const char* const kHeadings[frmMeasurements::ColumnCount] = {
+    "Measurement", "Current", "Minimum", "Maximum", "Mean", "Std dev", "Count", "Reference"};
+
+QString text(std::optional<double> value, Measure m) {
+    return QString::fromStdString(formatMeasure(value, measureUnit(m)));
+}
+} // namespace
+
+frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed)
+    : QWidget(&window, Qt::Window), window_(window) {
+    setObjectName("frmMeasurements");
+    setWindowTitle(tr("Measurements"));
+    table_ = new QTableWidget(static_cast<int>(kMeasureCount), ColumnCount, this);
+    table_->setObjectName("tblMeasurements");
+    table_->setAccessibleName(tr("Measurements"));
+    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table_->verticalHeader()->hide();
+    for (int c = 0; c < ColumnCount; ++c)
+        table_->setHorizontalHeaderItem(c, new QTableWidgetItem(tr(kHeadings[c])));
+    for (std::size_t i = 0; i < kMeasureCount; ++i) {
+        const auto m = static_cast<Measure>(i);
+        table_->setItem(static_cast<int>(i), Name, new QTableWidgetItem(tr(measureName(m))));
+        for (int c = Current; c < ColumnCount; ++c) {
+            auto* item = new QTableWidgetItem(QStringLiteral("\u2014"));
+            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            table_->setItem(static_cast<int>(i), c, item);
+        }
+    }
+    // The names take what they need, the values share the rest evenly, so the columns keep
+    // still while the values change; every row is in sight without scrolling.
+    table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    table_->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::ResizeToContents);
+    table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table_->resizeRowsToContents();
+    table_->setMinimumHeight(table_->horizontalHeader()->sizeHint().height() +
+                             table_->verticalHeader()->length() + 2 * table_->frameWidth());
+    const int valueWidth =
+        table_->fontMetrics().horizontalAdvance(QStringLiteral("-999.9 mV")) + 16;
+    table_->setMinimumWidth(table_->horizontalHeader()->sectionSize(Name) +
+                            (ColumnCount - 1) * valueWidth + 2 * table_->frameWidth());
+    lblFrames_ = new QLabel(tr("Frames measured: 0"), this);
+    lblFrames_->setObjectName("lblFrames");
+    cmdReset_ = new QPushButton(tr("&Reset statistics"), this);
+    cmdReset_->setObjectName("cmdReset");
+    connect(cmdReset_, &QPushButton::clicked, this, &frmMeasurements::reset);
+
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(lblFrames_, 1);
+    bottom->addWidget(cmdReset_);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(table_, 1);
+    layout->addLayout(bottom);
+    resize(sizeHint());
+
+    decoder_ = window.model();
+    connect(&feed, &AcquisitionFeed::frameDecoded, this, &frmMeasurements::onFrameDecoded);
+    connect(&feed, &AcquisitionFeed::acquisitionChanged, this,
+            &frmMeasurements::onAcquisitionChanged);
+    // REF shows or hides the reference without drawing the traces anew.
+    connect(window.panel().CWBRef, &LitButton::valueChanged, this,
+            [this] { onAcquisitionChanged(window_.model()); });
+    onAcquisitionChanged(window.model());
+}
+
+void frmMeasurements::reset() {
+    statistics_ = {};
+    frames_ = 0;
+    lblFrames_->setText(tr("Frames measured: 0"));
+    for (std::size_t i = 0; i < kMeasureCount; ++i) {
+        for (int c = Minimum; c <= Count; ++c)
+            setCell(static_cast<Measure>(i), static_cast<Column>(c), QStringLiteral("\u2014"));
+    }
+}
+
+void frmMeasurements::onFrameDecoded(const DecodedFrame& frame) {
+    if (frame.kind != ReceiveEvent::Frame)
+        return; // the present record shown again is no new frame
+    decoder_.take(frame);
+    decoder_.decode();
+    const MeasureValues values =
+        measure(decoder_.sngChaVolts, decoder_.acquisition.sngSampleInterval);
+    ++frames_;
+    for (std::size_t i = 0; i < kMeasureCount; ++i)
+        statistics_[i].add(values[i]);
+    lblFrames_->setText(tr("Frames measured: %1").arg(frames_));
+    showStatistics();
+}
+
+void frmMeasurements::showStatistics() {
+    for (std::size_t i = 0; i < kMeasureCount; ++i) {
+        const auto m = static_cast<Measure>(i);
+        const MeasureStatistics& s = statistics_[i];
+        if (s.count == 0)
+            continue;
+        setCell(m, Minimum, text(s.minimum, m));
+        setCell(m, Maximum, text(s.maximum, m));
+        setCell(m, Mean, text(s.mean, m));
+        setCell(m, StdDev, text(s.standardDeviation, m));
+        setCell(m, Count, QString::number(s.count));
+    }
+}
+
+void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
+    const FrontPanel& panel = window_.panel();
+
+    MeasureValues live{};
+    if (model.blnLiveData)
+        live = measure(model.sngChaVolts, model.acquisition.sngSampleInterval);
+    MeasureValues reference{};
+    const bool referenceShown =
+        panel.CWBRef->value() && (model.blnRefLoaded || panel.CWBStoreRef->value());
+    if (referenceShown)
+        reference = measure(model.sngRefVolts, model.sngRefSampleInterval);
+
+    for (std::size_t i = 0; i < kMeasureCount; ++i) {
+        const auto m = static_cast<Measure>(i);
+        setCell(m, Current, text(live[i], m));
+        setCell(m, Reference, text(reference[i], m));
+    }
+}
+
+void frmMeasurements::setCell(Measure m, Column c, const QString& value) {
+    QTableWidgetItem* item = table_->item(static_cast<int>(m), c);
+    if (item->text() != value)
+        item->setText(value);
+}
+
+} // namespace zorvik

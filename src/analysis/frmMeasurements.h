@@ -1,0 +1,55 @@
+// The Measurements window: the automatic measurements of the trace on screen, updated with
+// every frame shown, with statistics since the last reset, and those of the reference while
+// it is shown.
+#pragma once
+
+#include "analysis/Measurements.h"
+#include "display/DisplayModel.h"
+
+#include <QWidget>
+#include <array>
+
+class QLabel;
+class QPushButton;
+class QTableWidget;
+
+namespace zorvik {
+
+class AcquisitionFeed;
+class frmMain;
+
+class frmMeasurements : public QWidget {
+    Q_OBJECT
+public:
+    /// Columns of the table.
+    enum Column { Name, Current, Minimum, Maximum, Mean, StdDev, Count, Reference, ColumnCount };
+
+    /// A window of `window`'s that follows `feed`.
+    frmMeasurements(frmMain& window, AcquisitionFeed& feed);
+
+    /// Forgets the statistics; the next frame starts them again.
+    void reset();
+
+    QTableWidget* table() const { return table_; }
+    const MeasureStatistics& statistics(Measure m) const {
+        return statistics_[static_cast<std::size_t>(m)];
+    }
+
+private:
+    void onFrameDecoded(const DecodedFrame& frame);
+    void onAcquisitionChanged(const DisplayModel& model);
+    void setCell(Measure m, Column c, const QString& text);
+    void showStatistics();
+
+    frmMain& window_;
+    QTableWidget* table_ = nullptr;
+    QPushButton* cmdReset_ = nullptr;
+    QLabel* lblFrames_ = nullptr;
+    std::array<MeasureStatistics, kMeasureCount> statistics_{};
+    std::size_t frames_ = 0;
+    /// The window's own decoding of every frame, for the statistics: each whole frame counts
+    /// once, whatever else redraws the traces.
+    DisplayModel decoder_;
+};
+
+} // namespace zorvik
