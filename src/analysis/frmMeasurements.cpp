@@ -68,14 +68,12 @@ frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed)
     layout->addLayout(bottom);
     resize(sizeHint());
 
-    decoder_ = window.model();
     connect(&feed, &AcquisitionFeed::frameDecoded, this, &frmMeasurements::onFrameDecoded);
     connect(&feed, &AcquisitionFeed::acquisitionChanged, this,
             &frmMeasurements::onAcquisitionChanged);
     // REF shows or hides the reference without drawing the traces anew.
     connect(window.panel().CWBRef, &LitButton::valueChanged, this,
             [this] { onAcquisitionChanged(window_.model()); });
-    onAcquisitionChanged(window.model());
 }
 
 void frmMeasurements::reset() {
@@ -89,8 +87,9 @@ void frmMeasurements::reset() {
 }
 
 void frmMeasurements::onFrameDecoded(const DecodedFrame& frame) {
-    if (frame.kind != ReceiveEvent::Frame)
-        return; // the present record shown again is no new frame
+    // A closed window costs nothing: the frames it did not see are not counted.
+    if (!isVisible() || frame.kind != ReceiveEvent::Frame)
+        return; // (the present record shown again is no new frame either)
     decoder_.take(frame);
     decoder_.decode();
     const MeasureValues values =
@@ -117,6 +116,8 @@ void frmMeasurements::showStatistics() {
 }
 
 void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
+    if (!isVisible())
+        return;
     const FrontPanel& panel = window_.panel();
 
     MeasureValues live{};
@@ -133,6 +134,13 @@ void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
         setCell(m, Current, text(live[i], m));
         setCell(m, Reference, text(reference[i], m));
     }
+}
+
+void frmMeasurements::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    // What is on screen now; the window's own decoding starts from the acquisition's scale.
+    decoder_ = window_.model();
+    onAcquisitionChanged(window_.model());
 }
 
 void frmMeasurements::setCell(Measure m, Column c, const QString& value) {

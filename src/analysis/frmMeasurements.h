@@ -35,6 +35,9 @@ public:
         return statistics_[static_cast<std::size_t>(m)];
     }
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void onFrameDecoded(const DecodedFrame& frame);
     void onAcquisitionChanged(const DisplayModel& model);

@@ -100,6 +100,25 @@ TEST_F(MeasurementsWindow, TheReferenceHasItsColumnWhileItIsShown) {
     EXPECT_EQ(cell(f, Measure::Frequency, frmMeasurements::Reference), "\u2014");
 }
 
+TEST_F(MeasurementsWindow, AClosedWindowMeasuresNothingAndShowsTheTraceAgainWhenOpened) {
+    frmMain& w = running();
+    frmMeasurements& f = open(w);
+    feed(stateWith(0x04, 3), squareCounts(21, 41));
+    ASSERT_EQ(f.statistics(Measure::Amplitude).count, 1u);
+    f.close();
+    feed(stateWith(0x04, 3), squareCounts(11, 51));
+    feed(stateWith(0x04, 3), squareCounts(11, 51));
+    EXPECT_EQ(f.statistics(Measure::Amplitude).count, 1u);
+    // Opened again (M in the main window), it shows the trace on screen at once.
+    QApplication::setActiveWindow(&w);
+    QTest::keyClick(&w, Qt::Key_M);
+    ASSERT_TRUE(f.isVisible());
+    EXPECT_EQ(cell(f, Measure::Amplitude, frmMeasurements::Current), "6.349 V");
+    EXPECT_EQ(f.statistics(Measure::Amplitude).count, 1u);
+    feed(stateWith(0x04, 3), squareCounts(11, 51));
+    EXPECT_EQ(f.statistics(Measure::Amplitude).count, 2u);
+}
+
 TEST_F(MeasurementsWindow, ADcLevelShowsItsLevelsAndADashForItsTiming) {
     frmMain& w = running();
     frmMeasurements& f = open(w);
