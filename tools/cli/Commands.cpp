@@ -5,6 +5,7 @@
 #include "DecodeCommand.h"
 #include "ExitStatus.h"
 #include "HelpText.h"
+#include "MeasureCommand.h"
 #include "OutputSink.h"
 #include "PortsCommand.h"
 #include "StopSignals.h"
@@ -16,8 +17,8 @@
 namespace zorvik::cli {
 
 std::span<const Command> commands() {
-    static const std::array<Command, 4> table = {decodeCommand(), captureCommand(), wdfCommand(),
-                                                 portsCommand()};
+    static const std::array<Command, 5> table = {decodeCommand(), captureCommand(), wdfCommand(),
+                                                 measureCommand(), portsCommand()};
     return table;
 }
 
