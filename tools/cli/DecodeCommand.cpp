@@ -3,12 +3,10 @@
 
 #include "ExitStatus.h"
 #include "FrameReporter.h"
+#include "RecordingInput.h"
 #include "StopSignals.h"
 #include "StreamDecoder.h"
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <fstream>
 
 namespace zorvik::cli {
@@ -32,12 +30,6 @@ constexpr std::string_view kHelp =
       frame nor a waiting marker; the error is "zorvik-cli: FILE: why".
 )";
 
-/// "zorvik-cli: FILE: WHY" on standard error; returns the failure status.
-int fileFailure(const std::string& path, const std::string& why) {
-    printError(path + ": " + why);
-    return kExitFailure;
-}
-
 } // namespace
 
 const Command& decodeCommand() {
@@ -48,34 +40,16 @@ const Command& decodeCommand() {
 }
 
 int runDecode(const ParsedArgs& args) {
-    if (args.positionals.size() != 1)
-        return usageError("decode",
-                          args.positionals.empty() ? "no FILE given" : "more than one FILE given");
-    OutputFormat format = OutputFormat::Jsonl;
-    if (const auto text = args.value("format")) {
-        const auto parsed = parseOutputFormat(*text);
-        if (!parsed)
-            return usageError("decode", "--format must be jsonl or csv, not '" + *text + "'");
-        format = *parsed;
-    }
-    const auto output = args.value("output");
-    if (output && output->empty())
-        return usageError("decode", "--output needs a file name");
-
-    const std::string& path = args.positionals.front();
-    const bool standardInput = path == "-";
-    const std::string input = standardInput ? std::string("/dev/stdin") : path;
-    std::error_code ec;
-    if (std::filesystem::is_directory(input, ec))
-        return fileFailure(path, std::strerror(EISDIR));
-    std::ifstream in(input, std::ios::binary);
-    if (!in)
-        return fileFailure(path, std::strerror(errno));
-    if (in.peek() == std::ifstream::traits_type::eof()) {
-        if (in.bad())
-            return fileFailure(path, "cannot be read");
-        return fileFailure(path, "is empty");
-    }
+    int status = kExitOk;
+    const std::optional<RecordingArgs> parsed = recordingArgs("decode", args, status);
+    if (!parsed)
+        return status;
+    const std::string& path = parsed->path;
+    const OutputFormat format = parsed->format;
+    const std::optional<std::string>& output = parsed->output;
+    std::ifstream in;
+    if (!openRecording(path, in))
+        return kExitFailure;
 
     OutputSink out = output ? OutputSink(*output) : OutputSink();
     if (out.failed())

@@ -5,16 +5,14 @@
 #include "FrameReporter.h"
 #include "LoadedWaveform.h"
 #include "OutputSink.h"
+#include "RecordingInput.h"
 #include "StopSignals.h"
 #include "StreamDecoder.h"
 #include "analysis/Measurements.h"
 #include "display/FormatDispData.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <filesystem>
 #include <fstream>
 
 namespace zorvik::cli {
@@ -99,11 +97,6 @@ bool isWaveformFile(const std::string& path) {
     return end == "wdf";
 }
 
-int fileFailure(const std::string& path, const std::string& why) {
-    printError(path + ": " + why);
-    return kExitFailure;
-}
-
 int finish(OutputSink& out, const std::optional<std::string>& output) {
     if (!out.finish())
         return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
@@ -122,20 +115,13 @@ const Command& measureCommand() {
 }
 
 int runMeasure(const ParsedArgs& args) {
-    if (args.positionals.size() != 1)
-        return usageError("measure",
-                          args.positionals.empty() ? "no FILE given" : "more than one FILE given");
-    OutputFormat format = OutputFormat::Jsonl;
-    if (const auto text = args.value("format")) {
-        const auto parsed = parseOutputFormat(*text);
-        if (!parsed)
-            return usageError("measure", "--format must be jsonl or csv, not '" + *text + "'");
-        format = *parsed;
-    }
-    const auto output = args.value("output");
-    if (output && output->empty())
-        return usageError("measure", "--output needs a file name");
-    const std::string& path = args.positionals.front();
+    int status = kExitOk;
+    const std::optional<RecordingArgs> parsed = recordingArgs("measure", args, status);
+    if (!parsed)
+        return status;
+    const std::string& path = parsed->path;
+    const OutputFormat format = parsed->format;
+    const std::optional<std::string>& output = parsed->output;
 
     if (isWaveformFile(path)) {
         const LoadedWaveform loaded = loadWaveform(path);
@@ -154,16 +140,9 @@ int runMeasure(const ParsedArgs& args) {
         return finish(out, output);
     }
 
-    const bool standardInput = path == "-";
-    const std::string input = standardInput ? std::string("/dev/stdin") : path;
-    std::error_code ec;
-    if (std::filesystem::is_directory(input, ec))
-        return fileFailure(path, std::strerror(EISDIR));
-    std::ifstream in(input, std::ios::binary);
-    if (!in)
-        return fileFailure(path, std::strerror(errno));
-    if (in.peek() == std::ifstream::traits_type::eof())
-        return fileFailure(path, in.bad() ? "cannot be read" : "is empty");
+    std::ifstream in;
+    if (!openRecording(path, in))
+        return kExitFailure;
 
     OutputSink out = output ? OutputSink(*output) : OutputSink();
     if (out.failed())
