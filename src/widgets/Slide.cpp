@@ -119,9 +119,8 @@ Slide::Geometry Slide::geometry() const {
     // A vertical scale keeps room for its widest number at the step chosen ("-3.5" is wider
     // than "-4"), and for the blank between number and tick.
     qreal widestAtStep = labelW;
-    if (vertical && g.tickStep > 0 && span > 0) {
-        const double firstMark = std::ceil(m_minimum / g.tickStep - 1e-9) * g.tickStep;
-        for (double v = firstMark; v <= m_maximum + g.tickStep * 1e-9; v += g.tickStep)
+    if (vertical) {
+        for (double v : tickValues(g.tickStep))
             widestAtStep = qMax(widestAtStep,
                                 fm.horizontalAdvance(PanelLook::scaleNumber(v, g.tickStep)) + 4.0);
     }
@@ -205,24 +204,41 @@ void Slide::notifyAccessibility() {
     QAccessible::updateAccessibility(&event);
 }
 
+QVector<double> Slide::tickValues(double step) const {
+    QVector<double> values;
+    if (step <= 0 || m_maximum <= m_minimum)
+        return values;
+    const double first = std::ceil(m_minimum / step - 1e-9) * step;
+    for (int i = 0;; ++i) {
+        const double v = first + i * step;
+        if (v > m_maximum + step * 1e-9)
+            break;
+        values.append(v);
+    }
+    return values;
+}
+
+QVector<Slide::Tick> Slide::ticks(const Geometry& g) const {
+    QVector<Tick> ticks;
+    const double span = m_maximum - m_minimum;
+    for (double v : tickValues(g.tickStep))
+        ticks.append({v, g.minPos + (v - m_minimum) / span * (g.maxPos - g.minPos)});
+    return ticks;
+}
+
 QVector<Slide::ScaleLabel> Slide::scaleLabels(const Geometry& g) const {
     QVector<ScaleLabel> labels;
-    const double span = m_maximum - m_minimum;
-    if (!g.labels || g.tickStep <= 0 || span <= 0)
+    if (!g.labels)
         return labels;
     const bool vertical = m_orientation == Qt::Vertical;
     const QFontMetricsF fm(font());
     const qreal tickLen = fm.height() * 0.4;
     const qreal tickFrom =
         vertical ? g.cross - g.thumbWidth / 2 - 3.0 : g.cross + g.thumbWidth / 2 + 3.0;
-    const double first = std::ceil(m_minimum / g.tickStep - 1e-9) * g.tickStep;
-    for (int i = 0;; ++i) {
-        const double v = first + i * g.tickStep;
-        if (v > m_maximum + g.tickStep * 1e-9)
-            break;
-        const qreal pos = g.minPos + (v - m_minimum) / span * (g.maxPos - g.minPos);
+    for (const Tick& tick : ticks(g)) {
+        const qreal pos = tick.pos;
         ScaleLabel label;
-        label.text = PanelLook::scaleNumber(v, g.tickStep);
+        label.text = PanelLook::scaleNumber(tick.value, g.tickStep);
         const qreal w = fm.horizontalAdvance(label.text);
         if (vertical)
             label.box =
@@ -279,18 +295,9 @@ void Slide::paintEvent(QPaintEvent*) {
     const qreal sign = vertical ? -1.0 : 1.0; // ticks left of a vertical groove, below otherwise
     const qreal tickFrom = vertical ? tickEnd : g.cross + g.thumbWidth / 2 + 3.0;
     const QColor scale = on ? PanelLook::scaleColor() : PanelLook::disabledTextColor();
-    const double span = m_maximum - m_minimum;
-    if (g.tickStep > 0 && span > 0) {
-        const double first = std::ceil(m_minimum / g.tickStep - 1e-9) * g.tickStep;
-        for (int i = 0;; ++i) {
-            const double v = first + i * g.tickStep;
-            if (v > m_maximum + g.tickStep * 1e-9)
-                break;
-            const qreal pos = g.minPos + (v - m_minimum) / span * (g.maxPos - g.minPos);
-            p.setPen(QPen(scale, 1.0));
-            p.drawLine(point(pos, tickFrom), point(pos, tickFrom + sign * tickLen));
-        }
-    }
+    p.setPen(QPen(scale, 1.0));
+    for (const Tick& tick : ticks(g))
+        p.drawLine(point(tick.pos, tickFrom), point(tick.pos, tickFrom + sign * tickLen));
     p.setPen(on ? PanelLook::dimTextColor() : PanelLook::disabledTextColor());
     for (const ScaleLabel& label : scaleLabels(g))
         p.drawText(label.box, Qt::AlignCenter, label.text);

@@ -92,6 +92,14 @@ private:
         QRectF box;
     };
     Geometry geometry() const;
+    /// A step of the scale: its value and its place along the groove.
+    struct Tick {
+        double value;
+        qreal pos;
+    };
+    /// The values of the scale's steps from minimum to maximum.
+    QVector<double> tickValues(double step) const;
+    QVector<Tick> ticks(const Geometry& g) const;
     QVector<ScaleLabel> scaleLabels(const Geometry& g) const;
     QRectF thumbRect(const Geometry& g, double value) const;
     qreal along(const QPointF& point) const;
