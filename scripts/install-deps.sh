@@ -8,7 +8,7 @@ $SUDO apt-get update -qq
 # clang and libclang-rt-14-dev bring libFuzzer, for the fuzz targets of fuzz/README.md.
 $SUDO apt-get install -y -qq --no-install-recommends \
     cmake ninja-build g++ git pkg-config \
-    qt6-base-dev qt6-base-dev-tools libgl-dev qt6-serialport-dev \
+    qt6-base-dev qt6-base-dev-tools libgl-dev qt6-serialport-dev qt6-svg-dev libfftw3-dev \
     libqcustomplot-dev libqcustomplot2.1-qt6 \
     libgtest-dev libgmock-dev googletest libbenchmark-dev \
     xvfb xauth x11-apps x11-utils xdotool openbox imagemagick poppler-utils locales \
