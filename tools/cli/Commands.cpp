@@ -8,6 +8,7 @@
 #include "MeasureCommand.h"
 #include "OutputSink.h"
 #include "PortsCommand.h"
+#include "SpectrumCommand.h"
 #include "StopSignals.h"
 #include "WdfCommand.h"
 
@@ -17,8 +18,9 @@
 namespace zorvik::cli {
 
 std::span<const Command> commands() {
-    static const std::array<Command, 5> table = {decodeCommand(), captureCommand(), wdfCommand(),
-                                                 measureCommand(), portsCommand()};
+    static const std::array<Command, 6> table = {decodeCommand(),   captureCommand(),
+                                                 wdfCommand(),      measureCommand(),
+                                                 spectrumCommand(), portsCommand()};
     return table;
 }
 

@@ -2,18 +2,8 @@
 #include "MeasureCommand.h"
 
 #include "ExitStatus.h"
-#include "FrameReporter.h"
-#include "LoadedWaveform.h"
-#include "OutputSink.h"
-#include "RecordingInput.h"
-#include "StopSignals.h"
-#include "StreamDecoder.h"
+#include "TraceInput.h"
 #include "analysis/Measurements.h"
-#include "display/FormatDispData.h"
-
-#include <algorithm>
-#include <charconv>
-#include <fstream>
 
 namespace zorvik::cli {
 
@@ -49,12 +39,6 @@ constexpr std::string_view kHelp =
       Fails (status 1) as decode and wdf fail for their files.
 )";
 
-void number(std::string& out, double v) {
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v);
-    out.append(text, end.ptr);
-}
-
 void record(std::string& out, OutputFormat format, std::int64_t index, const MeasureValues& v) {
     if (format == OutputFormat::Jsonl) {
         out += "{\"index\":";
@@ -64,7 +48,7 @@ void record(std::string& out, OutputFormat format, std::int64_t index, const Mea
             out += kKeys[i];
             out += "\":";
             if (v[i])
-                number(out, *v[i]);
+                appendNumber(out, *v[i]);
             else
                 out += "null";
         }
@@ -74,7 +58,7 @@ void record(std::string& out, OutputFormat format, std::int64_t index, const Mea
         for (std::size_t i = 0; i < kMeasureCount; ++i) {
             out += ',';
             if (v[i])
-                number(out, *v[i]);
+                appendNumber(out, *v[i]);
         }
     }
 }
@@ -86,22 +70,6 @@ std::string header() {
         h += key;
     }
     return h;
-}
-
-bool isWaveformFile(const std::string& path) {
-    if (path.size() < 3)
-        return false;
-    std::string end = path.substr(path.size() - 3);
-    std::transform(end.begin(), end.end(), end.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return end == "wdf";
-}
-
-int finish(OutputSink& out, const std::optional<std::string>& output) {
-    if (!out.finish())
-        return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
-                                               : outputFailure(out);
-    return kExitOk;
 }
 
 } // namespace
@@ -119,66 +87,12 @@ int runMeasure(const ParsedArgs& args) {
     const std::optional<RecordingArgs> parsed = recordingArgs("measure", args, status);
     if (!parsed)
         return status;
-    const std::string& path = parsed->path;
     const OutputFormat format = parsed->format;
-    const std::optional<std::string>& output = parsed->output;
-
-    if (isWaveformFile(path)) {
-        const LoadedWaveform loaded = loadWaveform(path);
-        if (loaded.result != WaveformLoadResult::Loaded) {
-            if (loaded.result == WaveformLoadResult::NotForThisApplication)
-                printError(path + ": " + WaveformFile::kNotForThisApplicationText);
-            return fileFailure(path, WaveformFile::kLoadErrorText);
-        }
-        OutputSink out = output ? OutputSink(*output) : OutputSink();
-        if (out.failed())
-            return fileFailure(*output, out.errorText());
-        std::string text = format == OutputFormat::Csv ? header() + "\n" : std::string();
-        record(text, format, 0,
-               measure(loaded.sngRefVolts, loaded.sngRefSampleInterval.value_or(0.0f)));
-        out.writeLine(text);
-        return finish(out, output);
-    }
-
-    std::ifstream in;
-    if (!openRecording(path, in))
-        return kExitFailure;
-
-    OutputSink out = output ? OutputSink(*output) : OutputSink();
-    if (out.failed())
-        return fileFailure(*output, out.errorText());
-    if (format == OutputFormat::Csv)
-        out.writeLine(header());
-    AcquisitionValues values;
-    std::int64_t frames = 0;
-    StreamDecoder decoder(in);
-    const auto end = decoder.run(
-        [&](ReceiveEvent event, const ReceiveMachine& machine) {
-            if (event != ReceiveEvent::Frame)
-                return !out.failed();
-            // The frame decoded as the window decodes it, then measured as the window does.
-            const FormatDispDataResult shown =
-                FormatDispData(machine.state(), machine.bytRawData(), values);
-            record(out.text(), format, frames++,
-                   measure(shown.sngChaVolts, values.sngSampleInterval));
-            out.endLine();
-            return !out.failed();
-        },
-        [] { return stopRequested() != 0; });
-    if (out.failed())
-        return outputFailure(out);
-    if (const int status = stopRequested()) {
-        if (!output)
-            out.flush();
-        return stopFailure(status);
-    }
-    if (end == StreamDecoder::End::ReadError)
-        return fileFailure(path,
-                           "cannot be read after byte " + std::to_string(decoder.bytesRead()));
-    if (frames == 0)
-        return fileFailure(path,
-                           "holds no frame in " + std::to_string(decoder.bytesRead()) + " bytes");
-    return finish(out, output);
+    return writeTraceRecords(*parsed, header(),
+                             [format](std::string& out, std::int64_t index, const TraceArray& volts,
+                                      float sampleInterval) {
+                                 record(out, format, index, measure(volts, sampleInterval));
+                             });
 }
 
 } // namespace zorvik::cli

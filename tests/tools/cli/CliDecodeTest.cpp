@@ -49,6 +49,7 @@ TEST(CliHelp, HelpListsEachCommandOnOneLineAndFitsAScreen) {
           "  capture           print the frames the probe sends on a serial port",
           "  wdf FILE          print what a Waveform Data File holds",
           "  measure FILE      print the automatic measurements of each frame",
+          "  spectrum FILE     print the magnitude spectrum of each frame",
           "  ports             list COM1 to COM8 and the serial devices present",
           "Run \"zorvik-cli COMMAND --help\" for a command's options and output, and\n"
           "\"zorvik-cli --version\" for the version.",
