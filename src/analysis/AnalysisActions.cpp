@@ -3,6 +3,7 @@
 
 #include "analysis/Autoset.h"
 #include "analysis/frmMeasurements.h"
+#include "analysis/frmSpectrum.h"
 #include "app/frmMain.h"
 #include "widgets/Knob.h"
 #include "widgets/LitButton.h"
@@ -14,8 +15,8 @@
 
 namespace zorvik {
 
-AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed)
-    : QObject(&window), window_(window), feed_(feed) {
+AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed, AnalysisSettings settings)
+    : QObject(&window), window_(window), feed_(feed), settings_(std::move(settings)) {
     autoset_ = new QAction(tr("&Autoset"), this);
     autoset_->setObjectName("actAutoset");
     autoset_->setShortcut(QKeySequence(Qt::Key_A));
@@ -31,6 +32,13 @@ AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed)
     connect(measurements_, &QAction::triggered, this, [this] { showMeasurements(); });
     window.addAction(measurements_);
 
+    spectrum_ = new QAction(tr("&Spectrum..."), this);
+    spectrum_->setObjectName("actSpectrum");
+    spectrum_->setShortcut(QKeySequence(Qt::Key_F));
+    spectrum_->setShortcutContext(Qt::WindowShortcut);
+    connect(spectrum_, &QAction::triggered, this, [this] { showSpectrum(); });
+    window.addAction(spectrum_);
+
     ScopeGraph* graph = window.panel().CWGraph1;
     graph->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(graph, &QWidget::customContextMenuRequested, this, [this, graph](const QPoint& at) {
@@ -45,16 +53,26 @@ QMenu* AnalysisActions::contextMenu(QWidget* parent) const {
     menu->setObjectName("mnuGraph");
     menu->addAction(autoset_);
     menu->addAction(measurements_);
+    menu->addAction(spectrum_);
     return menu;
 }
 
 frmMeasurements& AnalysisActions::showMeasurements() {
     if (!measurementsWindow_)
-        measurementsWindow_ = new frmMeasurements(window_, feed_);
+        measurementsWindow_ = new frmMeasurements(window_, feed_, settings_);
     measurementsWindow_->show();
     measurementsWindow_->raise();
     measurementsWindow_->activateWindow();
     return *measurementsWindow_;
+}
+
+frmSpectrum& AnalysisActions::showSpectrum() {
+    if (!spectrumWindow_)
+        spectrumWindow_ = new frmSpectrum(window_, feed_, settings_);
+    spectrumWindow_->show();
+    spectrumWindow_->raise();
+    spectrumWindow_->activateWindow();
+    return *spectrumWindow_;
 }
 
 bool AnalysisActions::Autoset() {

@@ -22,9 +22,9 @@ QString text(std::optional<double> value, Measure m) {
 }
 } // namespace
 
-frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed)
-    : QWidget(&window, Qt::Window), window_(window) {
-    setObjectName("frmMeasurements");
+frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed,
+                                 const AnalysisSettings& settings)
+    : AnalysisWindow(window, settings, "Measurements") {
     setWindowTitle(tr("Measurements"));
     table_ = new QTableWidget(static_cast<int>(kMeasureCount), ColumnCount, this);
     table_->setObjectName("tblMeasurements");
@@ -73,7 +73,7 @@ frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed)
             &frmMeasurements::onAcquisitionChanged);
     // REF shows or hides the reference without drawing the traces anew.
     connect(window.panel().CWBRef, &LitButton::valueChanged, this,
-            [this] { onAcquisitionChanged(window_.model()); });
+            [this] { onAcquisitionChanged(main_.model()); });
 }
 
 void frmMeasurements::reset() {
@@ -118,7 +118,7 @@ void frmMeasurements::showStatistics() {
 void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
     if (!isVisible())
         return;
-    const FrontPanel& panel = window_.panel();
+    const FrontPanel& panel = main_.panel();
 
     MeasureValues live{};
     if (model.blnLiveData)
@@ -137,10 +137,10 @@ void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
 }
 
 void frmMeasurements::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
+    AnalysisWindow::showEvent(event);
     // What is on screen now; the window's own decoding starts from the acquisition's scale.
-    decoder_ = window_.model();
-    onAcquisitionChanged(window_.model());
+    decoder_ = main_.model();
+    onAcquisitionChanged(main_.model());
 }
 
 void frmMeasurements::setCell(Measure m, Column c, const QString& value) {

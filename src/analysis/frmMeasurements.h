@@ -3,10 +3,10 @@
 // it is shown.
 #pragma once
 
+#include "analysis/AnalysisWindow.h"
 #include "analysis/Measurements.h"
 #include "display/DisplayModel.h"
 
-#include <QWidget>
 #include <array>
 
 class QLabel;
@@ -16,16 +16,14 @@ class QTableWidget;
 namespace zorvik {
 
 class AcquisitionFeed;
-class frmMain;
-
-class frmMeasurements : public QWidget {
+class frmMeasurements : public AnalysisWindow {
     Q_OBJECT
 public:
     /// Columns of the table.
     enum Column { Name, Current, Minimum, Maximum, Mean, StdDev, Count, Reference, ColumnCount };
 
     /// A window of `window`'s that follows `feed`.
-    frmMeasurements(frmMain& window, AcquisitionFeed& feed);
+    frmMeasurements(frmMain& window, AcquisitionFeed& feed, const AnalysisSettings& settings);
 
     /// Forgets the statistics; the next frame starts them again.
     void reset();
@@ -44,7 +42,6 @@ private:
     void setCell(Measure m, Column c, const QString& text);
     void showStatistics();
 
-    frmMain& window_;
     QTableWidget* table_ = nullptr;
     QPushButton* cmdReset_ = nullptr;
     QLabel* lblFrames_ = nullptr;

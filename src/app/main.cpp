@@ -91,8 +91,9 @@ int main(int argc, char** argv) {
     services.settingsOriginal = QString::fromStdString(settings.original.string());
 
     frmMain window(services);
-    // Beside the panel: Autoset (A), Measurements (M) and the graph's context menu.
-    new AnalysisActions(window, shared.feed);
+    // Beside the panel: Autoset (A), Measurements (M), Spectrum (F) and the graph's context
+    // menu; their windows keep their places and choices in the settings file's [ANALYSIS].
+    new AnalysisActions(window, shared.feed, AnalysisSettings(settings));
     window.Form_Load();
     window.show();
 

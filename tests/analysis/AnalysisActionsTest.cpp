@@ -85,11 +85,13 @@ TEST_F(AutosetOnTheWindow, TheGraphsContextMenuHoldsAutoset) {
     frmMain& w = running();
     AnalysisActions& actions = actionsOf(w);
     std::unique_ptr<QMenu> menu(actions.contextMenu(nullptr));
-    ASSERT_EQ(menu->actions().size(), 2);
+    ASSERT_GE(menu->actions().size(), 3);
     EXPECT_EQ(menu->actions()[0]->text(), "&Autoset");
     EXPECT_EQ(menu->actions()[0]->shortcut(), QKeySequence("A"));
     EXPECT_EQ(menu->actions()[1]->text(), "&Measurements...");
     EXPECT_EQ(menu->actions()[1]->shortcut(), QKeySequence("M"));
+    EXPECT_EQ(menu->actions()[2]->text(), "&Spectrum...");
+    EXPECT_EQ(menu->actions()[2]->shortcut(), QKeySequence("F"));
 
     // A right click on the graph opens it there.
     ScopeGraph* graph = w.panel().CWGraph1;
