@@ -14,25 +14,26 @@ namespace {
 struct Info {
     const char* name;
     const char* unit;
+    const char* key;
 };
 constexpr Info kInfo[kMeasureCount] = {
-    {"Maximum", "V"},
-    {"Minimum", "V"},
-    {"Peak-to-peak", "V"},
-    {"Mean", "V"},
-    {"RMS", "V"},
-    {"AC RMS", "V"},
-    {"Top", "V"},
-    {"Base", "V"},
-    {"Amplitude", "V"},
-    {"Overshoot", "%"},
-    {"Frequency", "Hz"},
-    {"Period", "s"},
-    {"Positive width", "s"},
-    {"Negative width", "s"},
-    {"Duty cycle", "%"},
-    {"Rise time", "s"},
-    {"Fall time", "s"},
+    {"Maximum", "V", "max"},
+    {"Minimum", "V", "min"},
+    {"Peak-to-peak", "V", "peak_to_peak"},
+    {"Mean", "V", "mean"},
+    {"RMS", "V", "rms"},
+    {"AC RMS", "V", "ac_rms"},
+    {"Top", "V", "top"},
+    {"Base", "V", "base"},
+    {"Amplitude", "V", "amplitude"},
+    {"Overshoot", "%", "overshoot"},
+    {"Frequency", "Hz", "frequency"},
+    {"Period", "s", "period"},
+    {"Positive width", "s", "positive_width"},
+    {"Negative width", "s", "negative_width"},
+    {"Duty cycle", "%", "duty_cycle"},
+    {"Rise time", "s", "rise_time"},
+    {"Fall time", "s", "fall_time"},
 };
 
 /// `v` with `decimals` decimals and a '.', whatever the locale.
@@ -147,6 +148,10 @@ const char* measureName(Measure m) {
 
 const char* measureUnit(Measure m) {
     return kInfo[static_cast<std::size_t>(m)].unit;
+}
+
+const char* measureKey(Measure m) {
+    return kInfo[static_cast<std::size_t>(m)].key;
 }
 
 MeasureValues measure(const TraceArray& volts, float sampleInterval) {

@@ -36,6 +36,8 @@ inline constexpr std::size_t kMeasureCount = 17;
 /// The name and unit of a measurement as the window shows them ("Frequency", "Hz").
 const char* measureName(Measure m);
 const char* measureUnit(Measure m);
+/// The key of a measurement in files and on the command line ("peak_to_peak", "rise_time").
+const char* measureKey(Measure m);
 
 /// One trace's measurements; std::nullopt where a measurement is undefined for it (the
 /// frequency of less than one period, the rise time of a DC level, ...).

@@ -11,13 +11,6 @@ namespace {
 
 constexpr CommandOption kOptions[] = {{"format", true, 'f'}, {"output", true, 'o'}};
 
-/// The keys, in the order of the measurements (and of the Measurements window's rows).
-constexpr const char* kKeys[kMeasureCount] = {
-    "max",       "min",      "peak_to_peak",   "mean",           "rms",
-    "ac_rms",    "top",      "base",           "amplitude",      "overshoot",
-    "frequency", "period",   "positive_width", "negative_width", "duty_cycle",
-    "rise_time", "fall_time"};
-
 constexpr std::string_view kHelp =
     R"(  zorvik-cli measure FILE [-f|--format jsonl|csv] [-o|--output OUT]
       Measures each frame of the recording FILE (read as decode reads it; - for standard
@@ -45,7 +38,7 @@ void record(std::string& out, OutputFormat format, std::int64_t index, const Mea
         out += std::to_string(index);
         for (std::size_t i = 0; i < kMeasureCount; ++i) {
             out += ",\"";
-            out += kKeys[i];
+            out += measureKey(static_cast<Measure>(i));
             out += "\":";
             if (v[i])
                 appendNumber(out, *v[i]);
@@ -65,9 +58,9 @@ void record(std::string& out, OutputFormat format, std::int64_t index, const Mea
 
 std::string header() {
     std::string h = "index";
-    for (const char* key : kKeys) {
+    for (std::size_t i = 0; i < kMeasureCount; ++i) {
         h += ',';
-        h += key;
+        h += measureKey(static_cast<Measure>(i));
     }
     return h;
 }
