@@ -2,7 +2,9 @@
 #include "analysis/AnalysisActions.h"
 
 #include "analysis/Autoset.h"
+#include "analysis/ExportActions.h"
 #include "analysis/frmMeasurements.h"
+#include "analysis/frmRecording.h"
 #include "analysis/frmSpectrum.h"
 #include "app/frmMain.h"
 #include "widgets/Knob.h"
@@ -39,6 +41,17 @@ AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed, Analysi
     connect(spectrum_, &QAction::triggered, this, [this] { showSpectrum(); });
     window.addAction(spectrum_);
 
+    record_ = new QAction(tr("&Record"), this);
+    record_->setObjectName("actRecord");
+    record_->setCheckable(true);
+    record_->setShortcut(QKeySequence(Qt::Key_R));
+    record_->setShortcutContext(Qt::WindowShortcut);
+    record_->setToolTip(tr("Write every frame taken in to a file until Record is pressed again"));
+    connect(record_, &QAction::triggered, this, [this] { toggleRecording(); });
+    window.addAction(record_);
+
+    exports_ = new ExportActions(window, settings_);
+
     ScopeGraph* graph = window.panel().CWGraph1;
     graph->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(graph, &QWidget::customContextMenuRequested, this, [this, graph](const QPoint& at) {
@@ -54,6 +67,11 @@ QMenu* AnalysisActions::contextMenu(QWidget* parent) const {
     menu->addAction(autoset_);
     menu->addAction(measurements_);
     menu->addAction(spectrum_);
+    menu->addSeparator();
+    menu->addAction(exports_->copyImageAction());
+    menu->addAction(exports_->saveImageAction());
+    menu->addAction(exports_->saveDataAction());
+    menu->addAction(record_);
     return menu;
 }
 
@@ -73,6 +91,27 @@ frmSpectrum& AnalysisActions::showSpectrum() {
     spectrumWindow_->raise();
     spectrumWindow_->activateWindow();
     return *spectrumWindow_;
+}
+
+frmRecording& AnalysisActions::showRecording() {
+    if (!recordingWindow_) {
+        recordingWindow_ = new frmRecording(window_, feed_, settings_);
+        // The menu's check mark follows the recording, however it was started or stopped.
+        connect(recordingWindow_, &frmRecording::recordingChanged, record_, &QAction::setChecked);
+    }
+    recordingWindow_->show();
+    recordingWindow_->raise();
+    recordingWindow_->activateWindow();
+    return *recordingWindow_;
+}
+
+void AnalysisActions::toggleRecording() {
+    frmRecording& recording = showRecording();
+    if (recording.recording())
+        recording.stop();
+    else
+        recording.start();
+    record_->setChecked(recording.recording());
 }
 
 bool AnalysisActions::Autoset() {

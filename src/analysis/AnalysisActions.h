@@ -1,7 +1,8 @@
 // The analysis features beside the front panel, reached from the graph's context menu and by
 // keyboard shortcuts of their own: Autoset (A) fits the trace on screen to the graph,
 // Measurements (M) opens the window of automatic measurements, Spectrum (F) that of the
-// spectrum.
+// spectrum, Record (R) starts and stops a recording; the export of the graph's picture and of
+// the traces (ExportActions) is in the same menu.
 #pragma once
 
 #include "analysis/AnalysisSettings.h"
@@ -18,6 +19,8 @@ class AcquisitionFeed;
 class frmMain;
 class frmMeasurements;
 class frmSpectrum;
+class frmRecording;
+class ExportActions;
 
 class AnalysisActions : public QObject {
     Q_OBJECT
@@ -36,10 +39,16 @@ public:
     frmMeasurements& showMeasurements();
     /// Shows the Spectrum window (made on first use) and brings it to the front.
     frmSpectrum& showSpectrum();
+    /// The Recording window (made on first use), shown and in front.
+    frmRecording& showRecording();
+    /// Record: starts a recording (showing the Recording window) or stops the one running.
+    void toggleRecording();
 
     QAction* autosetAction() const { return autoset_; }
     QAction* measurementsAction() const { return measurements_; }
     QAction* spectrumAction() const { return spectrum_; }
+    QAction* recordAction() const { return record_; }
+    ExportActions& exports() const { return *exports_; }
     AnalysisSettings& settings() { return settings_; }
     /// The graph's context menu as it opens (owned by the caller).
     QMenu* contextMenu(QWidget* parent) const;
@@ -51,8 +60,11 @@ private:
     QAction* autoset_ = nullptr;
     QAction* measurements_ = nullptr;
     QAction* spectrum_ = nullptr;
+    QAction* record_ = nullptr;
+    ExportActions* exports_ = nullptr;
     QPointer<frmMeasurements> measurementsWindow_;
     QPointer<frmSpectrum> spectrumWindow_;
+    QPointer<frmRecording> recordingWindow_;
 };
 
 } // namespace zorvik

@@ -348,6 +348,13 @@ void ScopeGraph::setPlotAreaColor(const QColor& color) {
     redraw();
 }
 
+void ScopeGraph::setMarginColor(const QColor& color) {
+    if (!color.isValid())
+        return;
+    m_backdrop->setMarginColor(color);
+    redraw();
+}
+
 QRect ScopeGraph::plotAreaRect() const {
     return rect().adjusted(kPlotMargin, kPlotMargin, -kPlotMargin, -kPlotMargin);
 }

@@ -81,6 +81,9 @@ public:
     // Look.
     QColor plotAreaColor() const { return m_plotAreaColor; }
     void setPlotAreaColor(const QColor& color);
+    /// The colour of the thin margin around the plot area (the panel's, unless a picture of
+    /// the graph is made in other colours).
+    void setMarginColor(const QColor& color);
     /// The plot area in widget coordinates.
     QRect plotAreaRect() const;
 
