@@ -3,6 +3,7 @@
 
 #include "analysis/Autoset.h"
 #include "analysis/ExportActions.h"
+#include "analysis/frmCompare.h"
 #include "analysis/frmMeasurements.h"
 #include "analysis/frmRecording.h"
 #include "analysis/frmSpectrum.h"
@@ -41,6 +42,15 @@ AnalysisActions::AnalysisActions(frmMain& window, AcquisitionFeed& feed, Analysi
     connect(spectrum_, &QAction::triggered, this, [this] { showSpectrum(); });
     window.addAction(spectrum_);
 
+    compare_ = new QAction(tr("Compare with &Reference"), this);
+    compare_->setObjectName("actCompare");
+    compare_->setCheckable(true);
+    compare_->setShortcut(QKeySequence(Qt::Key_K));
+    compare_->setShortcutContext(Qt::WindowShortcut);
+    compare_->setToolTip(tr("Compare each frame with the reference inside a tolerance band"));
+    connect(compare_, &QAction::triggered, this, [this](bool on) { setCompare(on); });
+    window.addAction(compare_);
+
     record_ = new QAction(tr("&Record"), this);
     record_->setObjectName("actRecord");
     record_->setCheckable(true);
@@ -67,6 +77,7 @@ QMenu* AnalysisActions::contextMenu(QWidget* parent) const {
     menu->addAction(autoset_);
     menu->addAction(measurements_);
     menu->addAction(spectrum_);
+    menu->addAction(compare_);
     menu->addSeparator();
     menu->addAction(exports_->copyImageAction());
     menu->addAction(exports_->saveImageAction());
@@ -103,6 +114,24 @@ frmRecording& AnalysisActions::showRecording() {
     recordingWindow_->raise();
     recordingWindow_->activateWindow();
     return *recordingWindow_;
+}
+
+frmCompare* AnalysisActions::setCompare(bool on) {
+    if (on) {
+        if (!compareWindow_) {
+            compareWindow_ = new frmCompare(window_, feed_, settings_);
+            // Closing the window ends compare mode; the menu's check mark follows.
+            connect(compareWindow_, &frmCompare::compareEnded, compare_,
+                    [this] { compare_->setChecked(false); });
+        }
+        compareWindow_->show();
+        compareWindow_->raise();
+        compareWindow_->activateWindow();
+    } else if (compareWindow_) {
+        compareWindow_->close();
+    }
+    compare_->setChecked(on);
+    return compareWindow_;
 }
 
 void AnalysisActions::toggleRecording() {

@@ -1,7 +1,8 @@
 // The analysis features beside the front panel, reached from the graph's context menu and by
 // keyboard shortcuts of their own: Autoset (A) fits the trace on screen to the graph,
 // Measurements (M) opens the window of automatic measurements, Spectrum (F) that of the
-// spectrum, Record (R) starts and stops a recording; the export of the graph's picture and of
+// spectrum, Compare (K) compares each frame with the reference inside a tolerance band,
+// Record (R) starts and stops a recording; the export of the graph's picture and of
 // the traces (ExportActions) is in the same menu.
 #pragma once
 
@@ -20,6 +21,7 @@ class frmMain;
 class frmMeasurements;
 class frmSpectrum;
 class frmRecording;
+class frmCompare;
 class ExportActions;
 
 class AnalysisActions : public QObject {
@@ -41,6 +43,8 @@ public:
     frmSpectrum& showSpectrum();
     /// The Recording window (made on first use), shown and in front.
     frmRecording& showRecording();
+    /// Compare mode on (the Compare window shown, the band on the graph) or off.
+    frmCompare* setCompare(bool on);
     /// Record: starts a recording (showing the Recording window) or stops the one running.
     void toggleRecording();
 
@@ -48,6 +52,7 @@ public:
     QAction* measurementsAction() const { return measurements_; }
     QAction* spectrumAction() const { return spectrum_; }
     QAction* recordAction() const { return record_; }
+    QAction* compareAction() const { return compare_; }
     ExportActions& exports() const { return *exports_; }
     AnalysisSettings& settings() { return settings_; }
     /// The graph's context menu as it opens (owned by the caller).
@@ -61,10 +66,12 @@ private:
     QAction* measurements_ = nullptr;
     QAction* spectrum_ = nullptr;
     QAction* record_ = nullptr;
+    QAction* compare_ = nullptr;
     ExportActions* exports_ = nullptr;
     QPointer<frmMeasurements> measurementsWindow_;
     QPointer<frmSpectrum> spectrumWindow_;
     QPointer<frmRecording> recordingWindow_;
+    QPointer<frmCompare> compareWindow_;
 };
 
 } // namespace zorvik

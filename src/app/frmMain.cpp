@@ -47,7 +47,7 @@ frmMain::frmMain(const MainWindowServices& services, QWidget* parent)
     connect(link_, &InstrumentLink::received, this, &frmMain::onReceived);
     connect(link_, &InstrumentLink::failed, this, &frmMain::CWSerial1_Error);
     // The display chain is the first subscriber of the decoded frames.
-    connect(services_.feed, &AcquisitionFeed::frameDecoded, this, &frmMain::showFrame);
+    connect(services_.feed, &AcquisitionFeed::frameToShow, this, &frmMain::showFrame);
     buildPanel();
     connectPanel();
     // F1 from any of the program's windows (frmMainHelp.cpp).

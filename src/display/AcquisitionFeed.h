@@ -14,7 +14,13 @@ namespace zorvik {
 class AcquisitionFeed : public QObject {
     Q_OBJECT
 public:
-    explicit AcquisitionFeed(QObject* parent = nullptr) : QObject(parent) {}
+    explicit AcquisitionFeed(QObject* parent = nullptr) : QObject(parent) {
+        // First of all subscribers: the frame goes on to the display unless it is held.
+        connect(this, &AcquisitionFeed::frameDecoded, this, [this](const DecodedFrame& frame) {
+            if (!held_)
+                emit frameToShow(frame);
+        });
+    }
 
     /// Hands on every frame `link` decodes as `frameDecoded`.
     void listenTo(const InstrumentLink& link) {
@@ -24,11 +30,29 @@ public:
     /// reference stored): tells every subscriber.
     void announce(const zorvik::DisplayModel& model) { emit acquisitionChanged(model); }
 
+    /// Holds the display on the frame it shows: frames are still taken in and handed on as
+    /// `frameDecoded` (to recordings and measurements), but none goes on to the display until
+    /// the hold is released. The receive cycle itself never stops.
+    void setHeld(bool held) {
+        if (held_ != held) {
+            held_ = held;
+            emit heldChanged(held);
+        }
+    }
+    bool held() const { return held_; }
+
 signals:
-    /// A frame (or the present record again) is to be shown; the main window shows it.
+    /// A frame (or the present record again) was taken in.
     void frameDecoded(const zorvik::DecodedFrame& frame);
+    /// The same frame, to be shown: the main window's display chain shows it (none while the
+    /// display is held).
+    void frameToShow(const zorvik::DecodedFrame& frame);
+    void heldChanged(bool held);
     /// The traces on screen were drawn anew from `model`.
     void acquisitionChanged(const zorvik::DisplayModel& model);
+
+private:
+    bool held_ = false;
 };
 
 } // namespace zorvik
