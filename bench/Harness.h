@@ -16,8 +16,11 @@ struct Options {
     int unpacedFrames = 50000;
     int fileRounds = 20;        ///< saves and loads of a .wdf
     bool profileEvents = false; ///< print where the processor time goes while streaming
-    QString probeProgram;       ///< zorvik-probe; default: beside the harness
-    QString self;               ///< this program, for the start-up runs
+    /// With the Measurements and Spectrum windows open and a recording (with measurements)
+    /// running, in the session and the streams.
+    bool analysis = false;
+    QString probeProgram; ///< zorvik-probe; default: beside the harness
+    QString self;         ///< this program, for the start-up runs
 };
 
 /// Start-up to the first painted panel and peak memory, over `runs` fresh processes.

@@ -6,7 +6,8 @@
 // Options: --runs N (start-ups, default 10), --idle-seconds N (10), --line-seconds N (30),
 // --latency-seconds N (60), --unpaced-frames N (50000), --file-rounds N (20),
 // --probe PATH (zorvik-probe; default: beside this program), --profile-events (the session
-// prints which events take the processor time while streaming; this costs some itself).
+// prints which events take the processor time while streaming; this costs some itself),
+// --analysis (the Measurements and Spectrum windows open and a recording running throughout).
 // The display is offscreen unless QT_QPA_PLATFORM says otherwise.
 #include "Harness.h"
 #include "HarnessApplication.h"
@@ -27,10 +28,10 @@ using namespace zorvik::harness;
 namespace {
 
 int usage() {
-    std::fprintf(stderr,
-                 "usage: zorvik_perf_harness startup|session|latency|unpaced [--runs N] "
-                 "[--idle-seconds N] [--line-seconds N] [--latency-seconds N] "
-                 "[--unpaced-frames N] [--file-rounds N] [--probe PATH] [--profile-events]\n");
+    std::fprintf(stderr, "usage: zorvik_perf_harness startup|session|latency|unpaced [--runs N] "
+                         "[--idle-seconds N] [--line-seconds N] [--latency-seconds N] "
+                         "[--unpaced-frames N] [--file-rounds N] [--probe PATH] [--profile-events] "
+                         "[--analysis]\n");
     return 64;
 }
 
@@ -48,6 +49,10 @@ int main(int argc, char** argv) {
     options.probeProgram = QFileInfo(self).dir().filePath(QStringLiteral("zorvik-probe"));
     for (int i = 2; i < argc; ++i) {
         const std::string name = argv[i];
+        if (name == "--analysis") {
+            options.analysis = true;
+            continue;
+        }
         if (name == "--profile-events") {
             options.profileEvents = true;
             continue;

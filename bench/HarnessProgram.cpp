@@ -1,6 +1,11 @@
 // The program under measurement, event-loop helpers, a silent port and the probe process.
 #include "HarnessProgram.h"
 
+#include "analysis/AnalysisActions.h"
+#include "analysis/frmMeasurements.h"
+#include "analysis/frmRecording.h"
+#include "analysis/frmSpectrum.h"
+
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -44,6 +49,23 @@ ProgramUnderTest::~ProgramUnderTest() {
 void ProgramUnderTest::start() {
     m_window->Form_Load();
     m_window->show();
+}
+
+bool ProgramUnderTest::openAnalysis() {
+    auto* actions =
+        new AnalysisActions(*m_window, m_shared->feed,
+                            AnalysisSettings(SettingsLocation{settingsPath().toStdString(), {}}));
+    actions->showMeasurements();
+    actions->showSpectrum();
+    m_recording = &actions->showRecording();
+    m_recording->setFolder(m_folder);
+    m_recording->setWithMeasurements(true);
+    m_window->activateWindow();
+    return m_recording->start();
+}
+
+long long ProgramUnderTest::framesRecorded() const {
+    return m_recording ? m_recording->frames() : 0;
 }
 
 QString ProgramUnderTest::settingsPath() const {

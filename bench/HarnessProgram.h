@@ -16,6 +16,10 @@
 #include <string>
 #include <sys/types.h>
 
+namespace zorvik {
+class frmRecording;
+}
+
 namespace zorvik::harness {
 
 /// zorvik's main window on the real serial port. The settings file lives in `folder`, as it
@@ -32,6 +36,11 @@ public:
     void start();
     frmMain& window() { return *m_window; }
     QString settingsPath() const;
+    /// Opens the Measurements and Spectrum windows and starts a recording, with the
+    /// measurements of each frame, into the settings folder; false when it cannot start.
+    bool openAnalysis();
+    /// Frames the recording wrote (0 without one).
+    long long framesRecorded() const;
 
 private:
     QString m_folder;
@@ -39,6 +48,7 @@ private:
     QtSerialLink m_serial;
     std::unique_ptr<ProgramServices> m_shared;
     std::unique_ptr<frmMain> m_window;
+    frmRecording* m_recording = nullptr;
 };
 
 /// Runs the event loop for `ms` milliseconds. Only the harness's own timer ends the wait, so

@@ -82,11 +82,19 @@ int measureSession(const Options& options) {
         return 1;
     }
 
+    // With --analysis, what a user who analyses the signal has open: the Measurements and
+    // Spectrum windows, and a recording with the measurements of each frame.
+    if (options.analysis && !program.openAnalysis()) {
+        detail(QStringLiteral("the recording could not start"));
+        return 1;
+    }
+
     // The real line rate, at the default window size.
     app.setCpuAccounting(options.profileEvents);
     runFor(500);
     app.resetCounts();
     const int frames0 = frames;
+    const long long recorded0 = program.framesRecorded();
     const int replots0 = w.panel().CWGraph1->replotCount();
     const double cpu0 = processCpuSeconds();
     t0 = nowNs();
@@ -103,6 +111,11 @@ int measureSession(const Options& options) {
         QStringLiteral("processor time at the 19200-baud line rate (%1 s)").arg(wall, 0, 'f', 1));
     result("line_frames_per_s", (frames - frames0) / wall, "frames/s",
            "frames accepted at the line rate");
+    if (options.analysis)
+        detail(QStringLiteral("analysis: Measurements and Spectrum open, %1 frames recorded of "
+                              "the %2 accepted meanwhile")
+                   .arg(program.framesRecorded() - recorded0)
+                   .arg(frames - frames0));
     result("line_replots_per_s", (w.panel().CWGraph1->replotCount() - replots0) / wall, "replots/s",
            "graph redraws at the line rate");
     result("line_wakeups_per_s", app.wakeUps() / wall, "wake-ups/s",

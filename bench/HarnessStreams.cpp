@@ -219,6 +219,10 @@ int measureUnpaced(const Options& options) {
     });
     program.start();
     runFor(500);
+    if (options.analysis && !program.openAnalysis()) {
+        detail(QStringLiteral("the recording could not start"));
+        return 1;
+    }
     app.resetCounts();
     const int replots0 = w.panel().CWGraph1->replotCount();
     const double cpu0 = threadCpuSeconds();
@@ -255,6 +259,10 @@ int measureUnpaced(const Options& options) {
                .arg(w.panel().CWGraph1->height()));
     result("unpaced_frames_per_s", seconds > 0 ? (shown - 1) / seconds : 0.0, "frames/s",
            "frames accepted per second, probe unpaced");
+    if (options.analysis)
+        result("unpaced_frames_not_recorded", shown - program.framesRecorded(), "frames",
+               "frames accepted but missing from the recording (Measurements and Spectrum "
+               "open)");
     result("unpaced_replots_per_s", seconds > 0 ? replots / seconds : 0.0, "replots/s",
            "graph redraws per second meanwhile (each shows the newest frame)");
     result("unpaced_frames_lost", lost + skipped + unknown, "frames",

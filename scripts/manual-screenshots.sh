@@ -3,7 +3,8 @@
 #
 # The script starts the built program on a virtual X display (Xvfb), drives it with xdotool the
 # way a user would (POWER, the knobs, the cursors, STORE, PRINT with Page Setup, MENU with both
-# pages of Options, FILE with its menu, About and System Info, HELP) and photographs its windows
+# pages of Options, FILE with its menu, About and System Info, HELP, the graph's menu and the
+# analysis windows) and photographs its windows
 # with ImageMagick. Nothing of the user's own desktop or settings is touched: the program runs
 # from a copy in a scratch folder, with its own ZORVIK.INI.
 #
@@ -410,6 +411,77 @@ if BOX=$(window '^Communication Error' 10); then
     shot "$BOX" comm-error
 else
     skipped comm-error "no message appeared"
+fi
+stop_program
+
+# --- 4. the analysis windows, with the built-in virtual probe ---------------------------------
+# No settings file: the windows open at their first places, beside the front panel.
+# Its home is the scratch folder, where the recording goes.
+rm -f "$STAGE/ZORVIK.INI"
+mkdir -p "$SCRATCH/home"
+HOME="$SCRATCH/home" start_program --demo
+power_on "$MAIN"
+sleep 1
+# key KEY: presses KEY in the front panel, where the analysis keys work.
+key() {
+    xdotool windowactivate --sync "$MAIN" 2>/dev/null || xdotool windowfocus --sync "$MAIN"
+    xdotool key "$1"
+}
+BEFORE=$(program_windows)
+xdotool mousemove --window "$MAIN" "${GRAPH[@]}" click 3
+if POPUP=$(new_popup "$BEFORE"); then
+    sleep 0.3
+    shot_together graph-menu "$MAIN" "$POPUP"
+    xdotool key Escape
+else
+    skipped graph-menu "the graph's menu did not open"
+fi
+key m
+if W=$(window '^Measurements$'); then
+    sleep 1.5
+    shot "$W" measurements
+    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+else
+    skipped measurements "the window did not open"
+fi
+key f
+if W=$(window '^Spectrum$'); then
+    sleep 1.5
+    shot "$W" spectrum
+    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+else
+    skipped spectrum "the window did not open"
+fi
+# STORE keeps the still sine as the reference; STORE again lets the tour run on against it,
+# until its next signal leaves the band.
+click "$MAIN" "${STORE[@]}"
+sleep 0.5
+click "$MAIN" "${STORE[@]}"
+key k
+if W=$(window '^Compare with Reference$'); then
+    sleep 7
+    unfocus
+    shot_together compare "$MAIN" "$W"
+    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+else
+    skipped compare "the window did not open"
+fi
+key r
+if W=$(window '^Recording$'); then
+    sleep 2
+    shot "$W" recording
+    key r
+    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+else
+    skipped recording "the window did not open"
+fi
+key ctrl+g
+if W=$(window '^Graph Image$'); then
+    sleep 0.3
+    shot "$W" graph-image
+    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+else
+    skipped graph-image "the window did not open"
 fi
 stop_program
 

@@ -6,14 +6,38 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QHideEvent>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QStringList>
+#include <algorithm>
 
 namespace zorvik {
+
+namespace {
+
+const char* helpPageOf(const char* name) {
+    const std::string n(name);
+    if (n == "Measurements")
+        return "measurements.html";
+    if (n == "Spectrum")
+        return "spectrum.html";
+    if (n == "Compare")
+        return "compare.html";
+    return "export.html";
+}
+
+} // namespace
 
 AnalysisWindow::AnalysisWindow(frmMain& window, const AnalysisSettings& settings, const char* name)
     : QWidget(&window, Qt::Window), main_(window), settings_(settings), name_(name) {
     setObjectName(QStringLiteral("frm") + QString::fromLatin1(name));
+    // F1 opens the manual at this window's page ("Spectrum": spectrum.html).
+    setProperty("zorvikHelpPage", QString::fromLatin1(helpPageOf(name)));
+    showTimer_.setSingleShot(true);
+    connect(&showTimer_, &QTimer::timeout, this, [this] {
+        lastShown_.start();
+        showNow();
+    });
     // A window still open when the program ends keeps the place it has then.
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
         if (isVisible())
@@ -23,6 +47,27 @@ AnalysisWindow::AnalysisWindow(frmMain& window, const AnalysisSettings& settings
 
 std::string AnalysisWindow::key(const char* name) const {
     return name_ + name;
+}
+
+void AnalysisWindow::scheduleShow() {
+    if (showTimer_.isActive())
+        return;
+    const qint64 since = lastShown_.isValid() ? lastShown_.elapsed() : showInterval_;
+    if (since >= showInterval_) {
+        lastShown_.start();
+        showNow();
+        return;
+    }
+    showTimer_.start(static_cast<int>(showInterval_ - since));
+}
+
+void AnalysisWindow::keyPressEvent(QKeyEvent* event) {
+    // Esc closes the window, as in the program's other windows.
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void AnalysisWindow::showEvent(QShowEvent* event) {
@@ -55,10 +100,21 @@ void AnalysisWindow::showEvent(QShowEvent* event) {
         resize(place.size());
         move(place.topLeft());
     } else if (room.isValid()) {
-        const QRect mainFrame = main_.frameGeometry();
-        QPoint at(mainFrame.right() + 1, mainFrame.top());
-        if (at.x() + width() > room.right())
-            at.setX(std::max(room.left(), room.right() - width()));
+        // Beside the main window where there is room: to its right, its left, below it,
+        // above it; otherwise at the right edge of the screen, over it.
+        const QRect main = main_.frameGeometry();
+        const QSize size = frameGeometry().size();
+        const QPoint tries[] = {{main.right() + 1, main.top()},
+                                {main.left() - size.width(), main.top()},
+                                {main.left(), main.bottom() + 1},
+                                {main.left(), main.top() - size.height()}};
+        QPoint at(std::max(room.left(), room.right() + 1 - size.width()), main.top());
+        for (const QPoint& p : tries) {
+            if (room.contains(QRect(p, size))) {
+                at = p;
+                break;
+            }
+        }
         move(at);
     }
 }

@@ -50,7 +50,7 @@ frmCompare::frmCompare(frmMain& window, AcquisitionFeed& feed, const AnalysisSet
     spnPercent_->setDecimals(1);
     spnPercent_->setSingleStep(1.0);
     spnPercent_->setPrefix(QStringLiteral("\u00b1 "));
-    spnPercent_->setSuffix(tr(" % of the reference's peak-to-peak"));
+    spnPercent_->setSuffix(tr(" %"));
     chkHold_ = new QCheckBox(tr("&Hold the display at the first failing frame"), this);
     chkHold_->setObjectName("chkHold");
 
@@ -70,6 +70,7 @@ frmCompare::frmCompare(frmMain& window, AcquisitionFeed& feed, const AnalysisSet
     lblState_ = new QLabel(this);
     lblState_->setObjectName("lblState");
     lblState_->setWordWrap(true);
+    lblState_->setMinimumWidth(360);
     for (QLabel* l : {lblCounts_, lblLargest_, lblRms_, lblState_})
         l->setTextInteractionFlags(Qt::TextSelectableByMouse);
     cmdReset_ = new QPushButton(tr("Reset &counts"), this);
@@ -80,7 +81,7 @@ frmCompare::frmCompare(frmMain& window, AcquisitionFeed& feed, const AnalysisSet
     auto* form = new QFormLayout;
     auto* voltsLabel = new QLabel(tr("Band: &volts"), this);
     voltsLabel->setBuddy(spnVolts_);
-    auto* percentLabel = new QLabel(tr("and &per cent"), this);
+    auto* percentLabel = new QLabel(tr("and &per cent of its peak-to-peak"), this);
     percentLabel->setBuddy(spnPercent_);
     form->addRow(voltsLabel, spnVolts_);
     form->addRow(percentLabel, spnPercent_);
@@ -108,11 +109,11 @@ frmCompare::frmCompare(frmMain& window, AcquisitionFeed& feed, const AnalysisSet
     setHoldOnFailure(this->settings().number(key("Hold"), 0, 1, 0) == 1);
     connect(spnVolts_, &QDoubleSpinBox::valueChanged, this, [this] {
         saveChoices();
-        onAcquisitionChanged(main_.model());
+        compareAgain();
     });
     connect(spnPercent_, &QDoubleSpinBox::valueChanged, this, [this] {
         saveChoices();
-        onAcquisitionChanged(main_.model());
+        compareAgain();
     });
     connect(chkHold_, &QCheckBox::toggled, this, [this](bool hold) {
         saveChoices();
@@ -124,8 +125,10 @@ frmCompare::frmCompare(frmMain& window, AcquisitionFeed& feed, const AnalysisSet
 
     connect(&feed, &AcquisitionFeed::frameToShow, this, &frmCompare::onFrameShown);
     connect(&feed, &AcquisitionFeed::acquisitionChanged, this, &frmCompare::onAcquisitionChanged);
-    connect(window.panel().CWBRef, &LitButton::valueChanged, this,
-            [this] { onAcquisitionChanged(main_.model()); });
+    connect(window.panel().CWBRef, &LitButton::valueChanged, this, [this] {
+        if (isVisible())
+            compareAgain();
+    });
     showResult();
 }
 
@@ -188,8 +191,13 @@ std::optional<CompareResult> frmCompare::compareNow() const {
 
 void frmCompare::onFrameShown(const DecodedFrame& frame) {
     // Each new frame shown is compared once (the present record shown again is no new frame).
-    if (!isVisible() || frame.kind != ReceiveEvent::Frame)
+    if (!isVisible())
         return;
+    if (frame.kind != ReceiveEvent::Frame) {
+        if (changed_)
+            scheduleShow();
+        return;
+    }
     last_ = compareNow();
     if (last_) {
         counts_.add(*last_);
@@ -198,16 +206,31 @@ void frmCompare::onFrameShown(const DecodedFrame& frame) {
             feed_.setHeld(true);
         }
     }
-    showResult();
-    drawOnGraph();
+    changed_ = false;
+    scheduleShow();
 }
 
 void frmCompare::onAcquisitionChanged(const DisplayModel&) {
     if (!isVisible())
         return;
+    changed_ = true;
+    if (!feed_.showingFrame())
+        scheduleShow(); // (a frame's own change is shown with it)
+}
+
+void frmCompare::compareAgain() {
     // A knob turned, a reference stored or loaded, the band changed: the frame on screen
     // compared again for the figures and the marks, without counting it twice.
+    changed_ = false;
     last_ = compareNow();
+    showNow();
+}
+
+void frmCompare::showNow() {
+    if (changed_) {
+        changed_ = false;
+        last_ = compareNow();
+    }
     showResult();
     drawOnGraph();
 }
@@ -304,9 +327,7 @@ void frmCompare::removeFromGraph() {
 
 void frmCompare::showEvent(QShowEvent* event) {
     AnalysisWindow::showEvent(event);
-    last_ = compareNow();
-    showResult();
-    drawOnGraph();
+    compareAgain();
 }
 
 void frmCompare::hideEvent(QHideEvent* event) {

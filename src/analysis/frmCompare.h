@@ -56,12 +56,14 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void showNow() override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     void onFrameShown(const DecodedFrame& frame);
     void onAcquisitionChanged(const DisplayModel& model);
     std::optional<CompareResult> compareNow() const;
+    void compareAgain();
     void saveChoices();
     void showResult();
     void drawOnGraph();
@@ -87,6 +89,8 @@ private:
     CompareCounts counts_;
     std::optional<CompareResult> last_;
     bool heldHere_ = false;
+    /// The traces on screen changed since the last comparison shown.
+    bool changed_ = false;
 };
 
 } // namespace zorvik

@@ -24,7 +24,10 @@ QString text(std::optional<double> value, Measure m) {
 
 frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed,
                                  const AnalysisSettings& settings)
-    : AnalysisWindow(window, settings, "Measurements") {
+    : AnalysisWindow(window, settings, "Measurements"), feed_(feed) {
+    // Figures that change more often than five times a second cannot be read; every frame
+    // still counts in the statistics.
+    setShowInterval(200);
     setWindowTitle(tr("Measurements"));
     table_ = new QTableWidget(static_cast<int>(kMeasureCount), ColumnCount, this);
     table_->setObjectName("tblMeasurements");
@@ -56,12 +59,17 @@ frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed,
                             (ColumnCount - 1) * valueWidth + 2 * table_->frameWidth());
     lblFrames_ = new QLabel(tr("Frames measured: 0"), this);
     lblFrames_->setObjectName("lblFrames");
+    // Of a fixed size: the count going up does not make the window lay itself out again.
+    lblFrames_->setFixedSize(
+        lblFrames_->fontMetrics().horizontalAdvance(tr("Frames measured: 9999999999")) + 8,
+        lblFrames_->sizeHint().height());
     cmdReset_ = new QPushButton(tr("&Reset statistics"), this);
     cmdReset_->setObjectName("cmdReset");
     connect(cmdReset_, &QPushButton::clicked, this, &frmMeasurements::reset);
 
     auto* bottom = new QHBoxLayout;
-    bottom->addWidget(lblFrames_, 1);
+    bottom->addWidget(lblFrames_);
+    bottom->addStretch(1);
     bottom->addWidget(cmdReset_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(table_, 1);
@@ -72,8 +80,10 @@ frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed,
     connect(&feed, &AcquisitionFeed::acquisitionChanged, this,
             &frmMeasurements::onAcquisitionChanged);
     // REF shows or hides the reference without drawing the traces anew.
-    connect(window.panel().CWBRef, &LitButton::valueChanged, this,
-            [this] { onAcquisitionChanged(main_.model()); });
+    connect(window.panel().CWBRef, &LitButton::valueChanged, this, [this] {
+        if (isVisible())
+            showCurrent(main_.model());
+    });
 }
 
 void frmMeasurements::reset() {
@@ -88,8 +98,14 @@ void frmMeasurements::reset() {
 
 void frmMeasurements::onFrameDecoded(const DecodedFrame& frame) {
     // A closed window costs nothing: the frames it did not see are not counted.
-    if (!isVisible() || frame.kind != ReceiveEvent::Frame)
-        return; // (the present record shown again is no new frame either)
+    if (!isVisible())
+        return;
+    if (frame.kind != ReceiveEvent::Frame) {
+        // The present record shown again is no new frame; what it redrew is shown.
+        if (currentChanged_)
+            scheduleShow();
+        return;
+    }
     decoder_.take(frame);
     decoder_.decode();
     const MeasureValues values =
@@ -97,8 +113,18 @@ void frmMeasurements::onFrameDecoded(const DecodedFrame& frame) {
     ++frames_;
     for (std::size_t i = 0; i < kMeasureCount; ++i)
         statistics_[i].add(values[i]);
-    lblFrames_->setText(tr("Frames measured: %1").arg(frames_));
-    showStatistics();
+    statisticsChanged_ = true;
+    scheduleShow();
+}
+
+void frmMeasurements::showNow() {
+    if (currentChanged_)
+        showCurrent(main_.model());
+    if (statisticsChanged_) {
+        statisticsChanged_ = false;
+        lblFrames_->setText(tr("Frames measured: %1").arg(frames_));
+        showStatistics();
+    }
 }
 
 void frmMeasurements::showStatistics() {
@@ -115,9 +141,18 @@ void frmMeasurements::showStatistics() {
     }
 }
 
-void frmMeasurements::onAcquisitionChanged(const DisplayModel& model) {
+void frmMeasurements::onAcquisitionChanged(const DisplayModel&) {
     if (!isVisible())
         return;
+    currentChanged_ = true;
+    // A frame on its way to the display is shown with its statistics, when it reaches this
+    // window; anything else (a knob, a file, STORE) at once.
+    if (!feed_.showingFrame())
+        scheduleShow();
+}
+
+void frmMeasurements::showCurrent(const DisplayModel& model) {
+    currentChanged_ = false;
     const FrontPanel& panel = main_.panel();
 
     MeasureValues live{};
@@ -140,7 +175,7 @@ void frmMeasurements::showEvent(QShowEvent* event) {
     AnalysisWindow::showEvent(event);
     // What is on screen now; the window's own decoding starts from the acquisition's scale.
     decoder_ = main_.model();
-    onAcquisitionChanged(main_.model());
+    showCurrent(main_.model());
 }
 
 void frmMeasurements::setCell(Measure m, Column c, const QString& value) {

@@ -35,18 +35,23 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void showNow() override;
 
 private:
     void onFrameDecoded(const DecodedFrame& frame);
     void onAcquisitionChanged(const DisplayModel& model);
+    void showCurrent(const DisplayModel& model);
     void setCell(Measure m, Column c, const QString& text);
     void showStatistics();
 
+    AcquisitionFeed& feed_;
     QTableWidget* table_ = nullptr;
     QPushButton* cmdReset_ = nullptr;
     QLabel* lblFrames_ = nullptr;
     std::array<MeasureStatistics, kMeasureCount> statistics_{};
     std::size_t frames_ = 0;
+    bool currentChanged_ = false;
+    bool statisticsChanged_ = false;
     /// The window's own decoding of every frame, for the statistics: each whole frame counts
     /// once, whatever else redraws the traces.
     DisplayModel decoder_;

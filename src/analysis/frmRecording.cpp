@@ -23,6 +23,8 @@ namespace zorvik {
 frmRecording::frmRecording(frmMain& window, AcquisitionFeed& feed, const AnalysisSettings& settings)
     : AnalysisWindow(window, settings, "Recording") {
     setWindowTitle(tr("Recording"));
+    // The count goes up four times a second: as fast as it can be read.
+    setShowInterval(250);
     txtFolder_ = new QLineEdit(this);
     txtFolder_->setObjectName("txtFolder");
     txtFolder_->setAccessibleName(tr("Folder"));
@@ -41,7 +43,9 @@ frmRecording::frmRecording(frmMain& window, AcquisitionFeed& feed, const Analysi
     lblStatus_->setObjectName("lblStatus");
     lblStatus_->setWordWrap(true);
     lblStatus_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    lblStatus_->setMinimumWidth(420);
+    // Of a fixed size (three lines), so the count going up does not lay the window out again.
+    lblStatus_->setFixedSize(440, 3 * lblStatus_->fontMetrics().lineSpacing() + 4);
+    lblStatus_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     auto* folderRow = new QHBoxLayout;
     folderRow->addWidget(txtFolder_, 1);
@@ -85,8 +89,6 @@ frmRecording::frmRecording(frmMain& window, AcquisitionFeed& feed, const Analysi
             start();
     });
 
-    statusTimer_.setInterval(100);
-    connect(&statusTimer_, &QTimer::timeout, this, &frmRecording::showStatus);
     connect(&feed, &AcquisitionFeed::frameDecoded, this, &frmRecording::onFrameDecoded);
     showStatus();
 }
@@ -161,7 +163,6 @@ bool frmRecording::start() {
          std::initializer_list<QWidget*>{txtFolder_, cmdBrowse_, cboFormat_, chkMeasurements_})
         w->setEnabled(false);
     cmdRecord_->setText(tr("&Stop recording"));
-    statusTimer_.start();
     showStatus();
     emit recordingChanged(true);
     return true;
@@ -171,7 +172,6 @@ void frmRecording::stop() {
     if (!recording())
         return;
     file_.close();
-    statusTimer_.stop();
     for (QWidget* w :
          std::initializer_list<QWidget*>{txtFolder_, cmdBrowse_, cboFormat_, chkMeasurements_})
         w->setEnabled(true);
@@ -202,6 +202,11 @@ void frmRecording::onFrameDecoded(const DecodedFrame& frame) {
         return;
     }
     ++frames_;
+    scheduleShow();
+}
+
+void frmRecording::showNow() {
+    showStatus();
 }
 
 QString frmRecording::statusText() const {

@@ -10,7 +10,6 @@
 #include "display/DisplayModel.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
 
 class QCheckBox;
 class QComboBox;
@@ -50,6 +49,9 @@ public:
 signals:
     void recordingChanged(bool recording);
 
+protected:
+    void showNow() override;
+
 private:
     void onFrameDecoded(const DecodedFrame& frame);
     void saveChoices();
@@ -72,8 +74,6 @@ private:
     DisplayModel decoder_;
     RecordFormat recordFormat_ = RecordFormat::Csv;
     bool recordMeasurements_ = false;
-    /// The count on screen follows at a pace the eye can read.
-    QTimer statusTimer_;
 };
 
 } // namespace zorvik

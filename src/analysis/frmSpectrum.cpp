@@ -22,9 +22,6 @@ namespace zorvik {
 namespace {
 
 constexpr std::size_t kPaddings[] = {1, 2, 4, 8, 16};
-// A draw at most this often (ms): about the pace of a screen's frames, and well above that of
-// the probe's line rate.
-constexpr int kDrawInterval = 30;
 
 /// Tick labels in hertz with SI prefixes ("0", "2.5k", "1M").
 class HertzTicker : public QCPAxisTicker {
@@ -52,7 +49,7 @@ QString magnitudeText(double v, SpectrumUnit unit) {
 } // namespace
 
 frmSpectrum::frmSpectrum(frmMain& window, AcquisitionFeed& feed, const AnalysisSettings& settings)
-    : AnalysisWindow(window, settings, "Spectrum") {
+    : AnalysisWindow(window, settings, "Spectrum"), feed_(feed) {
     setWindowTitle(tr("Spectrum"));
 
     cboWindow_ = new QComboBox(this);
@@ -94,6 +91,10 @@ frmSpectrum::frmSpectrum(frmMain& window, AcquisitionFeed& feed, const AnalysisS
     plot_->setAccessibleName(tr("Spectrum graph"));
     plot_->setMinimumSize(480, 260);
     plot_->setBackground(QColor(0, 0, 0));
+    // Plain lines draw in a fraction of the time smoothed ones take, and 65 to 1025 points on
+    // a dark plot need no smoothing.
+    plot_->setNotAntialiasedElements(QCP::aeAll);
+    plot_->setPlottingHint(QCP::phFastPolylines, true);
     for (QCPAxis* axis : {plot_->xAxis, plot_->yAxis}) {
         axis->setBasePen(QPen(QColor(160, 160, 160)));
         axis->setTickPen(QPen(QColor(160, 160, 160)));
@@ -107,6 +108,12 @@ frmSpectrum::frmSpectrum(frmMain& window, AcquisitionFeed& feed, const AnalysisS
     plot_->xAxis->setLabel(tr("Frequency (Hz)"));
     // The traces' colours are those of the main graph.
     const ScopeGraph* graph = window.panel().CWGraph1;
+    // The curves and the marker on a layer of their own, drawn again alone while the scales
+    // stand still.
+    plot_->addLayer(QStringLiteral("curves"), plot_->layer(QStringLiteral("main")),
+                    QCustomPlot::limAbove);
+    plot_->layer(QStringLiteral("curves"))->setMode(QCPLayer::lmBuffered);
+    plot_->setCurrentLayer(QStringLiteral("curves"));
     referenceGraph_ = plot_->addGraph();
     referenceGraph_->setPen(QPen(graph->plotColor(names::kPlotRef)));
     referenceGraph_->setName(tr("Reference"));
@@ -118,16 +125,25 @@ frmSpectrum::frmSpectrum(frmMain& window, AcquisitionFeed& feed, const AnalysisS
     marker_->setSize(9);
     marker_->setPen(QPen(QColor(255, 80, 80), 1.5));
     marker_->setVisible(false);
+    plot_->setCurrentLayer(QStringLiteral("main"));
 
     lblPeak_ = new QLabel(this);
     lblPeak_->setObjectName("lblPeak");
+    // Labels of a fixed size: a new text does not make the window lay itself out again.
+    const int peakWidth =
+        fontMetrics().horizontalAdvance(QStringLiteral("Reference peak: -999.9 kHz, -199.99 dBV")) +
+        8;
     lblPeak_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     lblReferencePeak_ = new QLabel(this);
     lblReferencePeak_->setObjectName("lblReferencePeak");
     lblReferencePeak_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    for (QLabel* l : {lblPeak_, lblReferencePeak_})
+        l->setFixedSize(peakWidth, fontMetrics().height() + 4);
     auto* bottom = new QHBoxLayout;
-    bottom->addWidget(lblPeak_, 1);
-    bottom->addWidget(lblReferencePeak_, 1);
+    bottom->addWidget(lblPeak_);
+    bottom->addSpacing(16);
+    bottom->addWidget(lblReferencePeak_);
+    bottom->addStretch(1);
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(choices);
@@ -147,15 +163,15 @@ frmSpectrum::frmSpectrum(frmMain& window, AcquisitionFeed& feed, const AnalysisS
         connect(box, &QComboBox::currentIndexChanged, this, &frmSpectrum::onChoiceChanged);
     connect(spnAverage_, &QSpinBox::valueChanged, this, &frmSpectrum::onChoiceChanged);
 
-    drawTimer_.setSingleShot(true);
-    drawTimer_.setInterval(kDrawInterval);
-    connect(&drawTimer_, &QTimer::timeout, this, &frmSpectrum::draw);
-
     connect(&feed, &AcquisitionFeed::frameDecoded, this, &frmSpectrum::onFrameDecoded);
     connect(&feed, &AcquisitionFeed::acquisitionChanged, this, &frmSpectrum::onAcquisitionChanged);
-    connect(window.panel().CWBRef, &LitButton::valueChanged, this,
-            [this] { onAcquisitionChanged(main_.model()); });
-    lblPeak_->setText(peakText());
+    connect(window.panel().CWBRef, &LitButton::valueChanged, this, [this] {
+        if (!isVisible())
+            return;
+        updateReference(main_.model());
+        draw();
+    });
+    draw();
 }
 
 SpectrumWindow frmSpectrum::window() const {
@@ -206,12 +222,15 @@ void frmSpectrum::addLive(const TraceArray& volts, float sampleInterval) {
     average_.setFrames(averaging());
     live_ = average_.add(
         analyzer_.analyse(volts.data(), volts.size(), sampleInterval, window(), padding()));
-    lblPeak_->setText(peakText());
 }
 
 void frmSpectrum::updateReference(const DisplayModel& model) {
+    referenceChanged_ = false;
     const FrontPanel& panel = main_.panel();
     const bool shown = panel.CWBRef->value() && (model.blnRefLoaded || panel.CWBStoreRef->value());
+    referenceShown_ = shown;
+    referenceVolts_ = model.sngRefVolts;
+    referenceInterval_ = model.sngRefSampleInterval;
     if (shown)
         reference_ = analyzer_.analyse(model.sngRefVolts.data(), model.sngRefVolts.size(),
                                        model.sngRefSampleInterval, window(), padding());
@@ -241,19 +260,38 @@ QString frmSpectrum::peakText() const {
 
 void frmSpectrum::onFrameDecoded(const DecodedFrame& frame) {
     // A closed window costs nothing; the present record shown again is no new frame.
-    if (!isVisible() || frame.kind != ReceiveEvent::Frame)
+    if (!isVisible())
         return;
+    if (frame.kind != ReceiveEvent::Frame) {
+        if (referenceChanged_)
+            scheduleShow();
+        return;
+    }
     decoder_.take(frame);
     decoder_.decode();
     addLive(decoder_.sngChaVolts, decoder_.acquisition.sngSampleInterval);
-    scheduleDraw();
+    scheduleShow();
 }
 
 void frmSpectrum::onAcquisitionChanged(const DisplayModel& model) {
     if (!isVisible())
         return;
-    updateReference(model);
-    scheduleDraw();
+    // Redrawn for every frame shown; the reference's spectrum is worked out again only when
+    // the reference itself changed (stored, loaded, shown or hidden).
+    const FrontPanel& panel = main_.panel();
+    const bool shown = panel.CWBRef->value() && (model.blnRefLoaded || panel.CWBStoreRef->value());
+    if (shown == referenceShown_ && (!shown || (model.sngRefVolts == referenceVolts_ &&
+                                                model.sngRefSampleInterval == referenceInterval_)))
+        return;
+    referenceChanged_ = true;
+    if (!feed_.showingFrame())
+        scheduleShow(); // (a frame's own change is shown with it)
+}
+
+void frmSpectrum::showNow() {
+    if (referenceChanged_)
+        updateReference(main_.model());
+    draw();
 }
 
 void frmSpectrum::showEvent(QShowEvent* event) {
@@ -268,14 +306,14 @@ void frmSpectrum::showEvent(QShowEvent* event) {
     draw();
 }
 
-void frmSpectrum::scheduleDraw() {
-    if (!drawTimer_.isActive())
-        drawTimer_.start();
-}
-
 void frmSpectrum::draw() {
-    drawTimer_.stop();
+    const QString peak = peakText();
+    if (lblPeak_->text() != peak)
+        lblPeak_->setText(peak);
     const SpectrumUnit u = unit();
+    const QCPRange xBefore = plot_->xAxis->range();
+    const QCPRange yBefore = plot_->yAxis->range();
+    const QString labelBefore = plot_->yAxis->label();
     auto fill = [u](QCPGraph* graph, const SpectrumResult& r) {
         QVector<double> x;
         QVector<double> y;
@@ -302,12 +340,19 @@ void frmSpectrum::draw() {
             top = std::max(top, v);
     }
     if (nyquist > 0.0) {
-        plot_->xAxis->setRange(0.0, nyquist);
+        if (plot_->xAxis->range() != QCPRange(0.0, nyquist))
+            plot_->xAxis->setRange(0.0, nyquist);
+        // The level scale moves only when the strongest point leaves it (or falls far below
+        // its top), so it stands still while the signal does.
+        const QCPRange now = plot_->yAxis->range();
         if (u == SpectrumUnit::DBV) {
             const double ceiling = std::ceil((top + 5.0) / 10.0) * 10.0;
-            plot_->yAxis->setRange(ceiling - 100.0, ceiling);
+            if (top > now.upper || top < now.upper - 30.0 || now.size() != 100.0)
+                plot_->yAxis->setRange(ceiling - 100.0, ceiling);
         } else {
-            plot_->yAxis->setRange(0.0, top > 0.0 ? top * 1.1 : 1.0);
+            const double upper = top > 0.0 ? top * 1.1 : 1.0;
+            if (top > now.upper || top < now.upper * 0.5 || now.lower != 0.0)
+                plot_->yAxis->setRange(0.0, upper);
         }
     }
     plot_->yAxis->setLabel(u == SpectrumUnit::DBV ? tr("dBV") : tr("V RMS"));
@@ -315,7 +360,11 @@ void frmSpectrum::draw() {
     marker_->setVisible(marked);
     if (marked)
         marker_->position->setCoords(*live_.peakFrequency(), *live_.peakMagnitude(u));
-    plot_->replot(QCustomPlot::rpQueuedReplot);
+    if (plot_->xAxis->range() == xBefore && plot_->yAxis->range() == yBefore &&
+        plot_->yAxis->label() == labelBefore)
+        plot_->layer(QStringLiteral("curves"))->replot();
+    else
+        plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
 } // namespace zorvik

@@ -7,8 +7,6 @@
 #include "analysis/Spectrum.h"
 #include "display/DisplayModel.h"
 
-#include <QTimer>
-
 class QCheckBox;
 class QComboBox;
 class QCPGraph;
@@ -48,6 +46,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void showNow() override;
 
 private:
     void onFrameDecoded(const DecodedFrame& frame);
@@ -55,9 +54,9 @@ private:
     void onChoiceChanged();
     void addLive(const TraceArray& volts, float sampleInterval);
     void updateReference(const DisplayModel& model);
-    void scheduleDraw();
     void draw();
 
+    AcquisitionFeed& feed_;
     QComboBox* cboWindow_ = nullptr;
     QComboBox* cboUnit_ = nullptr;
     QComboBox* cboPadding_ = nullptr;
@@ -78,9 +77,11 @@ private:
     float lastInterval_ = 0.0f;
     bool haveLive_ = false;
     DisplayModel decoder_;
-    /// Drawing follows the screen's pace: frames arriving faster than it are all averaged, and
-    /// the curve is drawn once for them.
-    QTimer drawTimer_;
+    bool referenceChanged_ = false;
+    /// The reference whose spectrum is shown.
+    bool referenceShown_ = false;
+    TraceArray referenceVolts_{};
+    float referenceInterval_ = 0.0f;
 };
 
 } // namespace zorvik

@@ -14,6 +14,9 @@ namespace zorvik {
 QString frmMain::helpPageFor(const QWidget* window) {
     if (!window)
         return QStringLiteral("index.html");
+    // A window that names its own page (the analysis windows do).
+    if (const QVariant page = window->property("zorvikHelpPage"); page.isValid())
+        return page.toString();
     const QString name = window->objectName();
     if (name == QLatin1String("frmMain"))
         return QStringLiteral("front-panel.html");

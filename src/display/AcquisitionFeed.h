@@ -17,8 +17,11 @@ public:
     explicit AcquisitionFeed(QObject* parent = nullptr) : QObject(parent) {
         // First of all subscribers: the frame goes on to the display unless it is held.
         connect(this, &AcquisitionFeed::frameDecoded, this, [this](const DecodedFrame& frame) {
-            if (!held_)
-                emit frameToShow(frame);
+            if (held_)
+                return;
+            showingFrame_ = true;
+            emit frameToShow(frame);
+            showingFrame_ = false;
         });
     }
 
@@ -40,6 +43,9 @@ public:
         }
     }
     bool held() const { return held_; }
+    /// True while a frame is on its way to the display: an `acquisitionChanged` then is that
+    /// frame's, and a subscriber that also takes `frameDecoded` can leave it to that.
+    bool showingFrame() const { return showingFrame_; }
 
 signals:
     /// A frame (or the present record again) was taken in.
@@ -53,6 +59,7 @@ signals:
 
 private:
     bool held_ = false;
+    bool showingFrame_ = false;
 };
 
 } // namespace zorvik

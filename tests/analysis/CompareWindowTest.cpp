@@ -3,6 +3,7 @@
 // the reference and the samples outside it are marked, passes and failures are counted, the
 // display can be held on the first failing frame while frames are still taken in, and closing
 // the window leaves the graph and the display as they were. The band is kept in [ANALYSIS].
+#include "AnalysisWindows.h"
 #include "analysis/AnalysisActions.h"
 #include "analysis/frmCompare.h"
 #include "app/LiveWindowFixture.h"
@@ -34,6 +35,12 @@ RawSamples squareCounts(std::uint8_t low, std::uint8_t high) {
 
 class CompareOnTheWindow : public LiveWindowFixture {
 protected:
+    /// Feeds one frame, then lets the analysis windows show it.
+    void feed(const HardwareState& s, const RawSamples& samples) {
+        LiveWindowFixture::feed(s, samples);
+        if (window)
+            zorvik::test::settleAnalysisWindows(*window);
+    }
     /// A live trace kept as the reference by STORE, STORE released, then K.
     frmCompare& compareMode(frmMain& w) {
         actions = new AnalysisActions(

@@ -3,6 +3,7 @@
 // dialog, Save Traces as CSV writes the traces on screen whole (or says why not, leaving the
 // file there as it was), and Record writes every frame taken in, each line on disk as soon as
 // its frame came, until it is pressed again.
+#include "AnalysisWindows.h"
 #include "analysis/AnalysisActions.h"
 #include "analysis/ExportActions.h"
 #include "analysis/frmRecording.h"
@@ -44,6 +45,12 @@ QByteArray readAll(const QString& path) {
 
 class ExportOnTheWindow : public LiveWindowFixture {
 protected:
+    /// Feeds one frame, then lets the analysis windows show it.
+    void feed(const HardwareState& s, const RawSamples& samples) {
+        LiveWindowFixture::feed(s, samples);
+        if (window)
+            zorvik::test::settleAnalysisWindows(*window);
+    }
     AnalysisActions& actionsOn(frmMain& w) {
         auto* actions = new AnalysisActions(
             w, shared.back()->feed,

@@ -1,6 +1,7 @@
 // The Measurements window on the real main window: M opens it, every frame shown updates the
 // current values and the statistics, Reset starts them again, the reference gets its own
 // column while it is shown, and an undefined value reads "—".
+#include "AnalysisWindows.h"
 #include "analysis/AnalysisActions.h"
 #include "analysis/frmMeasurements.h"
 #include "app/LiveWindowFixture.h"
@@ -28,6 +29,12 @@ RawSamples squareCounts(std::uint8_t low, std::uint8_t high) {
 
 class MeasurementsWindow : public LiveWindowFixture {
 protected:
+    /// Feeds one frame, then lets the analysis windows show it.
+    void feed(const HardwareState& s, const RawSamples& samples) {
+        LiveWindowFixture::feed(s, samples);
+        if (window)
+            zorvik::test::settleAnalysisWindows(*window);
+    }
     frmMeasurements& open(frmMain& w) {
         new AnalysisActions(w, shared.back()->feed);
         // The key works in the main window when it is the active one, as under a desktop.

@@ -2,6 +2,7 @@
 // the command line gives for it, the peak is marked and named, the choices change the curve and
 // are kept in the settings file's [ANALYSIS] section, averaging counts frames, the reference
 // has its own curve while it is shown, and a closed window works out nothing.
+#include "AnalysisWindows.h"
 #include "analysis/AnalysisActions.h"
 #include "analysis/frmSpectrum.h"
 #include "app/LiveWindowFixture.h"
@@ -37,6 +38,12 @@ RawSamples sineCounts(double counts, int cycles) {
 
 class SpectrumWindow_ : public LiveWindowFixture {
 protected:
+    /// Feeds one frame, then lets the analysis windows show it.
+    void feed(const HardwareState& s, const RawSamples& samples) {
+        LiveWindowFixture::feed(s, samples);
+        if (window)
+            zorvik::test::settleAnalysisWindows(*window);
+    }
     frmSpectrum& open(frmMain& w) {
         new AnalysisActions(w, shared.back()->feed,
                             AnalysisSettings(SettingsLocation{iniPath().toStdString(), {}}));
