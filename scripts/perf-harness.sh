@@ -4,13 +4,15 @@
 # goals. See docs/PERFORMANCE.md for what each figure means and how it was measured.
 #
 #   scripts/perf-harness.sh [--build DIR] [--no-build] [--xvfb] [--quick] [--repeat N]
-#                           [--only startup,session,latency,unpaced,real]
+#                           [--analysis] [--only startup,session,latency,unpaced,real]
 #
 #   --build DIR   build folder (default: build)
 #   --no-build    use the programs already built there
 #   --xvfb        run under Xvfb with the xcb platform instead of offscreen
 #   --quick       shorter runs (for a first look; the documented figures use the defaults)
 #   --repeat N    run every measurement N times (default 1)
+#   --analysis    session and unpaced with the Measurements and Spectrum windows open and a
+#                 recording running
 #   --only LIST   run only these measurements (comma-separated)
 #
 # Exit status: 0 when every goal is met, 1 when one is missed, 2 when a measurement failed.
@@ -22,6 +24,7 @@ do_build=1
 xvfb=0
 quick=0
 repeat=1
+analysis=0
 only="startup,session,latency,unpaced,real"
 
 while [ $# -gt 0 ]; do
@@ -32,7 +35,8 @@ while [ $# -gt 0 ]; do
         --quick) quick=1; shift ;;
         --repeat) repeat="$2"; shift 2 ;;
         --only) only="$2"; shift 2 ;;
-        -h|--help) sed -n '2,16p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+        --analysis) analysis=1; shift ;;
+        -h|--help) sed -n '2,18p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
         *) echo "perf-harness: unknown option $1" >&2; exit 2 ;;
     esac
 done
@@ -44,6 +48,9 @@ if [ "$quick" = 1 ]; then
 else
     args=()
     real_idle=10
+fi
+if [ "$analysis" = 1 ]; then
+    args+=(--analysis)
 fi
 
 if [ "$do_build" = 1 ]; then
