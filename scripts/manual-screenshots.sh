@@ -436,22 +436,20 @@ if POPUP=$(new_popup "$BEFORE"); then
 else
     skipped graph-menu "the graph's menu did not open"
 fi
-key m
-if W=$(window '^Measurements$'); then
-    sleep 1.5
-    shot "$W" measurements
-    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
-else
-    skipped measurements "the window did not open"
-fi
-key f
-if W=$(window '^Spectrum$'); then
-    sleep 1.5
-    shot "$W" spectrum
-    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
-else
-    skipped spectrum "the window did not open"
-fi
+# shoot_window KEY TITLE NAME SECONDS: KEY in the front panel opens the window TITLE, which is
+# photographed as NAME after SECONDS and closed with Esc.
+shoot_window() {
+    key "$1"
+    if W=$(window "^$2\$"); then
+        sleep "$4"
+        shot "$W" "$3"
+        xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
+    else
+        skipped "$3" "the window did not open"
+    fi
+}
+shoot_window m Measurements measurements 1.5
+shoot_window f Spectrum spectrum 1.5
 # STORE keeps the still sine as the reference; STORE again lets the tour run on against it,
 # until its next signal leaves the band.
 click "$MAIN" "${STORE[@]}"
@@ -475,14 +473,7 @@ if W=$(window '^Recording$'); then
 else
     skipped recording "the window did not open"
 fi
-key ctrl+g
-if W=$(window '^Graph Image$'); then
-    sleep 0.3
-    shot "$W" graph-image
-    xdotool windowfocus --sync "$W" key Escape 2>/dev/null || true
-else
-    skipped graph-image "the window did not open"
-fi
+shoot_window ctrl+g "Graph Image" graph-image 0.3
 stop_program
 
 echo "manual-screenshots: done"

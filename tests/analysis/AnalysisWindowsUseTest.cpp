@@ -13,20 +13,14 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
-#include <QTemporaryDir>
 
 using namespace zorvik;
 using zorvik::test::LiveWindowFixture;
 
 namespace {
 
-class AnalysisWindowsInUse : public LiveWindowFixture {
+class AnalysisWindowsInUse : public zorvik::test::AnalysisWindowFixture {
 protected:
-    AnalysisActions& actionsOn(frmMain& w) {
-        return *new AnalysisActions(
-            w, shared.back()->feed,
-            AnalysisSettings(SettingsLocation{dir.filePath("ZORVIK.INI").toStdString(), {}}));
-    }
     std::vector<AnalysisWindow*> openAll(AnalysisActions& a) {
         return {&a.showMeasurements(), &a.showSpectrum(), a.setCompare(true), &a.showRecording()};
     }
@@ -42,14 +36,13 @@ protected:
                 return l->text();
         return {};
     }
-    QTemporaryDir dir;
 };
 
 } // namespace
 
 TEST_F(AnalysisWindowsInUse, EveryControlTabReachesHasANameToSay) {
     frmMain& w = start();
-    AnalysisActions& a = actionsOn(w);
+    AnalysisActions& a = analysisOn(w);
     for (AnalysisWindow* window : openAll(a)) {
         int controls = 0;
         for (QWidget* c : window->findChildren<QWidget*>()) {
@@ -72,7 +65,7 @@ TEST_F(AnalysisWindowsInUse, EveryControlTabReachesHasANameToSay) {
 
 TEST_F(AnalysisWindowsInUse, F1NamesEachWindowsOwnPageAndEscClosesIt) {
     frmMain& w = start();
-    AnalysisActions& a = actionsOn(w);
+    AnalysisActions& a = analysisOn(w);
     const std::vector<AnalysisWindow*> windows = openAll(a);
     const char* const pages[] = {"measurements.html", "spectrum.html", "compare.html",
                                  "export.html"};
@@ -88,7 +81,7 @@ TEST_F(AnalysisWindowsInUse, F1NamesEachWindowsOwnPageAndEscClosesIt) {
 
 TEST_F(AnalysisWindowsInUse, TabGoesThroughTheControlsOfAWindow) {
     frmMain& w = start();
-    AnalysisActions& a = actionsOn(w);
+    AnalysisActions& a = analysisOn(w);
     frmSpectrum& f = a.showSpectrum();
     QApplication::setActiveWindow(&f);
     QStringList reached;
@@ -108,7 +101,7 @@ TEST_F(AnalysisWindowsInUse, TabGoesThroughTheControlsOfAWindow) {
 
 TEST_F(AnalysisWindowsInUse, AWindowOpensBesideTheMainWindowAndComesBackWhereItWasClosed) {
     frmMain& w = start();
-    AnalysisActions& a = actionsOn(w);
+    AnalysisActions& a = analysisOn(w);
     frmMeasurements& m = a.showMeasurements();
     EXPECT_FALSE(m.frameGeometry().intersects(w.frameGeometry()) &&
                  m.screen()->availableGeometry().width() >=
@@ -119,7 +112,7 @@ TEST_F(AnalysisWindowsInUse, AWindowOpensBesideTheMainWindowAndComesBackWhereItW
     const QRect closedAt = m.geometry();
     m.close();
     // The next run: a new window of that kind takes the place the last one had.
-    AnalysisActions& again = actionsOn(w);
+    AnalysisActions& again = analysisOn(w);
     frmMeasurements& next = again.showMeasurements();
     EXPECT_NE(&next, &m);
     EXPECT_EQ(next.size(), closedAt.size());

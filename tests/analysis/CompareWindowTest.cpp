@@ -7,7 +7,6 @@
 #include "analysis/AnalysisActions.h"
 #include "analysis/frmCompare.h"
 #include "app/LiveWindowFixture.h"
-#include "storage/ProfileFile.h"
 #include "widgets/LitButton.h"
 #include "widgets/ScopeGraph.h"
 
@@ -16,36 +15,20 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <qcustomplot.h>
 
 using namespace zorvik;
 using zorvik::test::LiveWindowFixture;
+using zorvik::test::squareCounts;
 using zorvik::test::stateWith;
 
 namespace {
 
-/// A square between counts `low` and `high`, 40 samples a period, half of them high.
-RawSamples squareCounts(std::uint8_t low, std::uint8_t high) {
-    RawSamples r{};
-    for (std::size_t i = 0; i < r.size(); ++i)
-        r[i] = ((i + 35) % 40) < 20 ? high : low;
-    return r;
-}
-
-class CompareOnTheWindow : public LiveWindowFixture {
+class CompareOnTheWindow : public zorvik::test::AnalysisWindowFixture {
 protected:
-    /// Feeds one frame, then lets the analysis windows show it.
-    void feed(const HardwareState& s, const RawSamples& samples) {
-        LiveWindowFixture::feed(s, samples);
-        if (window)
-            zorvik::test::settleAnalysisWindows(*window);
-    }
     /// A live trace kept as the reference by STORE, STORE released, then K.
     frmCompare& compareMode(frmMain& w) {
-        actions = new AnalysisActions(
-            w, shared.back()->feed,
-            AnalysisSettings(SettingsLocation{dir.filePath("ZORVIK.INI").toStdString(), {}}));
+        actions = &analysisOn(w);
         feed(stateWith(0x04, 3), squareCounts(21, 41));
         w.panel().CWBStoreRef->setValue(true);
         w.panel().CWBStoreRef->setValue(false);
@@ -57,14 +40,6 @@ protected:
         EXPECT_NE(f, nullptr);
         return *f;
     }
-    std::string iniValue(const char* key) const {
-        char buffer[255];
-        const auto n = ProfileFile::getPrivateProfileString(
-            std::string("ANALYSIS"), std::string(key), std::string("(none)"),
-            std::span<char>(buffer), dir.filePath("ZORVIK.INI").toStdString());
-        return std::string(buffer, n);
-    }
-    QTemporaryDir dir;
     AnalysisActions* actions = nullptr;
     int graphsBefore = 0;
 };

@@ -21,40 +21,25 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <cmath>
 
 using namespace zorvik;
 using zorvik::test::LiveWindowFixture;
 using zorvik::test::ModalWindows;
+using zorvik::test::squareCounts;
 using zorvik::test::stateWith;
 
 namespace {
-
-RawSamples squareCounts(std::uint8_t low, std::uint8_t high) {
-    RawSamples r{};
-    for (std::size_t i = 0; i < r.size(); ++i)
-        r[i] = ((i + 35) % 40) < 20 ? high : low;
-    return r;
-}
 
 QByteArray readAll(const QString& path) {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-class ExportOnTheWindow : public LiveWindowFixture {
+class ExportOnTheWindow : public zorvik::test::AnalysisWindowFixture {
 protected:
-    /// Feeds one frame, then lets the analysis windows show it.
-    void feed(const HardwareState& s, const RawSamples& samples) {
-        LiveWindowFixture::feed(s, samples);
-        if (window)
-            zorvik::test::settleAnalysisWindows(*window);
-    }
     AnalysisActions& actionsOn(frmMain& w) {
-        auto* actions = new AnalysisActions(
-            w, shared.back()->feed,
-            AnalysisSettings(SettingsLocation{dir.filePath("ZORVIK.INI").toStdString(), {}}));
+        AnalysisActions* actions = &analysisOn(w);
         actions->exports().setAskSaveFile(
             [this](QWidget*, const QString& title, const QString& suggested, const QString&) {
                 asked.push_back(title);
@@ -64,7 +49,6 @@ protected:
         QApplication::setActiveWindow(&w);
         return *actions;
     }
-    QTemporaryDir dir;
     QString answer;
     QStringList asked;
     QStringList suggestions;

@@ -15,26 +15,13 @@
 
 using namespace zorvik;
 using zorvik::test::LiveWindowFixture;
+using zorvik::test::squareCounts;
 using zorvik::test::stateWith;
 
 namespace {
 
-/// A square between counts `low` and `high`, 40 samples a period, half of them high.
-RawSamples squareCounts(std::uint8_t low, std::uint8_t high) {
-    RawSamples r{};
-    for (std::size_t i = 0; i < r.size(); ++i)
-        r[i] = ((i + 35) % 40) < 20 ? high : low;
-    return r;
-}
-
-class MeasurementsWindow : public LiveWindowFixture {
+class MeasurementsWindow : public zorvik::test::AnalysisWindowFixture {
 protected:
-    /// Feeds one frame, then lets the analysis windows show it.
-    void feed(const HardwareState& s, const RawSamples& samples) {
-        LiveWindowFixture::feed(s, samples);
-        if (window)
-            zorvik::test::settleAnalysisWindows(*window);
-    }
     frmMeasurements& open(frmMain& w) {
         new AnalysisActions(w, shared.back()->feed);
         // The key works in the main window when it is the active one, as under a desktop.

@@ -7,14 +7,12 @@
 #include "analysis/frmSpectrum.h"
 #include "app/LiveWindowFixture.h"
 #include "display/FormatDispData.h"
-#include "storage/ProfileFile.h"
 #include "widgets/LitButton.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <cmath>
 #include <numbers>
 #include <qcustomplot.h>
@@ -36,30 +34,15 @@ RawSamples sineCounts(double counts, int cycles) {
     return r;
 }
 
-class SpectrumWindow_ : public LiveWindowFixture {
+class SpectrumWindow_ : public zorvik::test::AnalysisWindowFixture {
 protected:
-    /// Feeds one frame, then lets the analysis windows show it.
-    void feed(const HardwareState& s, const RawSamples& samples) {
-        LiveWindowFixture::feed(s, samples);
-        if (window)
-            zorvik::test::settleAnalysisWindows(*window);
-    }
     frmSpectrum& open(frmMain& w) {
-        new AnalysisActions(w, shared.back()->feed,
-                            AnalysisSettings(SettingsLocation{iniPath().toStdString(), {}}));
+        analysisOn(w);
         QApplication::setActiveWindow(&w);
         QTest::keyClick(&w, Qt::Key_F);
         auto* window = w.findChild<frmSpectrum*>("frmSpectrum");
         EXPECT_NE(window, nullptr);
         return *window;
-    }
-    QString iniPath() const { return dir.filePath("ZORVIK.INI"); }
-    std::string iniValue(const char* key) const {
-        char buffer[255];
-        const auto n = ProfileFile::getPrivateProfileString(
-            std::string("ANALYSIS"), std::string(key), std::string("(none)"),
-            std::span<char>(buffer), iniPath().toStdString());
-        return std::string(buffer, n);
     }
     /// The spectrum the core (and zorvik-cli spectrum) gives for these counts.
     static SpectrumResult expected(const HardwareState& s, const RawSamples& counts,
@@ -70,7 +53,6 @@ protected:
         return a.analyse(shown.sngChaVolts.data(), shown.sngChaVolts.size(),
                          values.sngSampleInterval, window, padding);
     }
-    QTemporaryDir dir;
 };
 
 } // namespace
@@ -143,8 +125,7 @@ TEST_F(SpectrumWindow_, TheChoicesChangeTheCurveAndAreKeptInTheirOwnSection) {
     f.close();
     EXPECT_FALSE(iniValue("SpectrumPlace").empty());
     EXPECT_NE(iniValue("SpectrumPlace"), "(none)");
-    AnalysisActions again(w, shared.back()->feed,
-                          AnalysisSettings(SettingsLocation{iniPath().toStdString(), {}}));
+    AnalysisActions again(w, shared.back()->feed, AnalysisSettings(settings()));
     frmSpectrum& next = again.showSpectrum();
     EXPECT_EQ(next.window(), zorvik::SpectrumWindow::FlatTop);
     EXPECT_EQ(next.unit(), SpectrumUnit::Volts);

@@ -13,21 +13,7 @@ mkdir "$work/recordings" "$work/home"
 printf '[ANALYSIS]\r\nRecordingFolder=%s\r\nRecordingFormat=csv\r\n' "$work/recordings" \
     >"$work/ZORVIK.INI"
 
-fail() {
-    echo "FAIL: $*" >&2
-    exit 1
-}
-window_named() {
-    tries=0
-    while :; do
-        id=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1) || true
-        [ -n "$id" ] && break
-        tries=$((tries + 1))
-        [ "$tries" -le 200 ] || fail "no window named \"$1\""
-        sleep 0.1
-    done
-    echo "$id"
-}
+. "$(dirname "$0")/x11-helpers.sh"
 
 HOME="$work/home" "$work/zorvik" --demo >"$work/out.log" 2>&1 &
 pid=$!

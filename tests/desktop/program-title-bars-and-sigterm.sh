@@ -11,22 +11,7 @@ trap 'rm -rf "$work"' EXIT
 cp "$program" "$work/zorvik"
 printf '[APPLICATION]\r\nName=Other\r\n' >"$work/other.wdf"
 
-fail() {
-    echo "FAIL: $*" >&2
-    exit 1
-}
-# The id of the first window named exactly $1, waiting up to 20 s for it.
-window_named() {
-    tries=0
-    while :; do
-        id=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1) || true
-        [ -n "$id" ] && break
-        tries=$((tries + 1))
-        [ "$tries" -le 200 ] || fail "no window named \"$1\""
-        sleep 0.1
-    done
-    echo "$id"
-}
+. "$(dirname "$0")/x11-helpers.sh"
 # The title bar text the X server holds for the window named $1.
 title_bar() {
     id=$(window_named "$1")
