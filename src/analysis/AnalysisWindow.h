@@ -26,7 +26,7 @@ public:
     std::string key(const char* name) const;
 
     /// True while a showing asked for by scheduleShow() is still to come.
-    bool showPending() const { return showTimer_.isActive(); }
+    virtual bool showPending() const { return showTimer_.isActive(); }
 
     /// How often at most a window shows what changed: about a screen's frame.
     static constexpr int kShowInterval = 30;

@@ -25,6 +25,8 @@ QString text(std::optional<double> value, Measure m) {
 frmMeasurements::frmMeasurements(frmMain& window, AcquisitionFeed& feed,
                                  const AnalysisSettings& settings)
     : AnalysisWindow(window, settings, "Measurements"), feed_(feed) {
+    statisticsTimer_.setSingleShot(true);
+    connect(&statisticsTimer_, &QTimer::timeout, this, &frmMeasurements::showNow);
     // Every frame the line brings (about 14 a second) is shown; frames that come faster are
     // all counted in the statistics and shown at most 20 times a second, more than the eye
     // reads.
@@ -121,11 +123,23 @@ void frmMeasurements::onFrameDecoded(const DecodedFrame& frame) {
 void frmMeasurements::showNow() {
     if (currentChanged_)
         showCurrent(main_.model());
-    if (statisticsChanged_) {
-        statisticsChanged_ = false;
-        lblFrames_->setText(tr("Frames measured: %1").arg(frames_));
-        showStatistics();
+    if (!statisticsChanged_ || statisticsTimer_.isActive())
+        return;
+    constexpr qint64 kStatisticsInterval = 250;
+    const qint64 since =
+        statisticsShown_.isValid() ? statisticsShown_.elapsed() : kStatisticsInterval;
+    if (since < kStatisticsInterval) {
+        statisticsTimer_.start(static_cast<int>(kStatisticsInterval - since));
+        return;
     }
+    statisticsShown_.start();
+    statisticsChanged_ = false;
+    lblFrames_->setText(tr("Frames measured: %1").arg(frames_));
+    showStatistics();
+}
+
+bool frmMeasurements::showPending() const {
+    return AnalysisWindow::showPending() || statisticsTimer_.isActive();
 }
 
 void frmMeasurements::showStatistics() {

@@ -7,6 +7,8 @@
 #include "analysis/Measurements.h"
 #include "display/DisplayModel.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
 #include <array>
 
 class QLabel;
@@ -33,6 +35,8 @@ public:
         return statistics_[static_cast<std::size_t>(m)];
     }
 
+    bool showPending() const override;
+
 protected:
     void showEvent(QShowEvent* event) override;
     void showNow() override;
@@ -52,6 +56,10 @@ private:
     std::size_t frames_ = 0;
     bool currentChanged_ = false;
     bool statisticsChanged_ = false;
+    /// The statistics columns follow four times a second: the current values change with each
+    /// frame, and repainting the whole table for every frame would cost more than it shows.
+    QTimer statisticsTimer_;
+    QElapsedTimer statisticsShown_;
     /// The window's own decoding of every frame, for the statistics: each whole frame counts
     /// once, whatever else redraws the traces.
     DisplayModel decoder_;
