@@ -20,7 +20,6 @@ pid=$!
 main=$(window_named "Zorvik")
 # POWER has the keyboard focus when the window opens: Space switches the probe on.
 xdotool windowactivate --sync "$main" key --clearmodifiers space
-sleep 1
 xdotool windowactivate --sync "$main" key --clearmodifiers r
 window_named "Recording" >/dev/null
 # Until at least 20 frames are on disk (the virtual probe sends about 14 a second).

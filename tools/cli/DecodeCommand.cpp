@@ -64,29 +64,18 @@ int runDecode(const ParsedArgs& args) {
         },
         [] { return stopRequested() != 0; });
 
-    if (out.failed())
-        return outputFailure(out);
-    if (const int status = stopRequested()) {
-        // Standard output gets whole lines of what was decoded, as far as its reader takes
-        // them; a file named with --output is left as it was: the decoding is not whole.
-        if (!output)
-            out.flush();
-        return stopFailure(status);
-    }
+    if (const std::optional<int> status = interruptedStatus(out, output))
+        return *status;
     // Standard output gets what was decoded also when the stream then fails; a file named with
     // --output is only put in place for a stream decoded whole.
     if (!output && !out.flush())
         return outputFailure(out);
     if (end == StreamDecoder::End::ReadError)
-        return fileFailure(path,
-                           "cannot be read after byte " + std::to_string(decoder.bytesRead()));
+        return readFailure(path, decoder.bytesRead());
     if (reporter.framesAccepted() == 0 && reporter.waitingMarkers() == 0)
         return fileFailure(path, "holds no probe data: no frame and no waiting marker in " +
                                      std::to_string(decoder.bytesRead()) + " bytes");
-    if (!out.finish())
-        return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
-                                               : outputFailure(out);
-    return kExitOk;
+    return finishOutput(out, output);
 }
 
 } // namespace zorvik::cli

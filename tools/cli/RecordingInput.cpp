@@ -2,6 +2,7 @@
 #include "RecordingInput.h"
 
 #include "ExitStatus.h"
+#include "StopSignals.h"
 
 #include <cerrno>
 #include <cstring>
@@ -37,6 +38,28 @@ std::optional<RecordingArgs> recordingArgs(std::string_view command, const Parse
         return std::nullopt;
     }
     return r;
+}
+
+std::optional<int> interruptedStatus(OutputSink& out, const std::optional<std::string>& output) {
+    if (out.failed())
+        return outputFailure(out);
+    if (const int status = stopRequested()) {
+        if (!output)
+            out.flush();
+        return stopFailure(status);
+    }
+    return std::nullopt;
+}
+
+int readFailure(const std::string& path, std::uint64_t bytesRead) {
+    return fileFailure(path, "cannot be read after byte " + std::to_string(bytesRead));
+}
+
+int finishOutput(OutputSink& out, const std::optional<std::string>& output) {
+    if (!out.finish())
+        return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
+                                               : outputFailure(out);
+    return kExitOk;
 }
 
 bool openRecording(const std::string& path, std::ifstream& in) {

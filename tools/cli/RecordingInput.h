@@ -4,7 +4,9 @@
 
 #include "Commands.h"
 #include "FrameReporter.h"
+#include "OutputSink.h"
 
+#include <cstdint>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -26,6 +28,18 @@ struct RecordingArgs {
 /// `status` to the usage status, returning std::nullopt.
 std::optional<RecordingArgs> recordingArgs(std::string_view command, const ParsedArgs& args,
                                            int& status);
+
+/// The end of a recording's decoding that the commands share, when the output failed or the
+/// user stopped it (SIGINT, SIGTERM): the status to return, std::nullopt otherwise. A stop
+/// hands standard output the whole lines decoded so far; a file named with --output is left as
+/// it was, the decoding not being whole.
+std::optional<int> interruptedStatus(OutputSink& out, const std::optional<std::string>& output);
+
+/// "zorvik-cli: FILE: cannot be read after byte N"; returns the failure status.
+int readFailure(const std::string& path, std::uint64_t bytesRead);
+
+/// Puts the output in place (a file named with --output appears whole) and returns the status.
+int finishOutput(OutputSink& out, const std::optional<std::string>& output);
 
 /// Opens the recording `path` ("-": standard input) and makes sure it holds a byte; on failure
 /// prints why ("zorvik-cli: FILE: Is a directory", "... is empty") and returns false.

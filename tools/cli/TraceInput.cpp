@@ -8,31 +8,10 @@
 #include "StreamDecoder.h"
 #include "display/FormatDispData.h"
 
-#include <algorithm>
 #include <charconv>
 #include <fstream>
 
 namespace zorvik::cli {
-
-namespace {
-
-int finish(OutputSink& out, const std::optional<std::string>& output) {
-    if (!out.finish())
-        return output && !out.closedByReader() ? fileFailure(*output, out.errorText())
-                                               : outputFailure(out);
-    return kExitOk;
-}
-
-} // namespace
-
-bool isWaveformFile(const std::string& path) {
-    if (path.size() < 3)
-        return false;
-    std::string end = path.substr(path.size() - 3);
-    std::transform(end.begin(), end.end(), end.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return end == "wdf";
-}
 
 void appendNumber(std::string& out, double v) {
     char text[32];
@@ -46,7 +25,7 @@ int writeTraceRecords(const RecordingArgs& args, const std::string& csvHeader,
     const std::optional<std::string>& output = args.output;
     const bool csv = args.format == OutputFormat::Csv;
 
-    if (isWaveformFile(path)) {
+    if (WaveformFile::hasWaveformExtension(path)) {
         const LoadedWaveform loaded = loadWaveform(path);
         if (loaded.result != WaveformLoadResult::Loaded) {
             if (loaded.result == WaveformLoadResult::NotForThisApplication)
@@ -59,7 +38,7 @@ int writeTraceRecords(const RecordingArgs& args, const std::string& csvHeader,
         std::string text = csv ? csvHeader + "\n" : std::string();
         record(text, 0, loaded.sngRefVolts, loaded.sngRefSampleInterval.value_or(0.0f));
         out.writeLine(text);
-        return finish(out, output);
+        return finishOutput(out, output);
     }
 
     std::ifstream in;
@@ -86,20 +65,14 @@ int writeTraceRecords(const RecordingArgs& args, const std::string& csvHeader,
             return !out.failed();
         },
         [] { return stopRequested() != 0; });
-    if (out.failed())
-        return outputFailure(out);
-    if (const int status = stopRequested()) {
-        if (!output)
-            out.flush();
-        return stopFailure(status);
-    }
+    if (const std::optional<int> status = interruptedStatus(out, output))
+        return *status;
     if (end == StreamDecoder::End::ReadError)
-        return fileFailure(path,
-                           "cannot be read after byte " + std::to_string(decoder.bytesRead()));
+        return readFailure(path, decoder.bytesRead());
     if (frames == 0)
         return fileFailure(path,
                            "holds no frame in " + std::to_string(decoder.bytesRead()) + " bytes");
-    return finish(out, output);
+    return finishOutput(out, output);
 }
 
 } // namespace zorvik::cli

@@ -19,12 +19,10 @@ using TraceRecord = std::function<void(std::string& out, std::int64_t index,
                                        const TraceArray& volts, float sampleInterval)>;
 
 /// Writes `csvHeader` first in CSV, then the records of every trace of `args.path` to standard
-/// output or `--output`; returns the exit status.
+/// output or `--output`; returns the exit status. A FILE whose name ends in "wdf" (any case) is
+/// a Waveform Data File and gives its reference trace.
 int writeTraceRecords(const RecordingArgs& args, const std::string& csvHeader,
                       const TraceRecord& record);
-
-/// True for a FILE whose name ends in "wdf" (any case): a Waveform Data File.
-bool isWaveformFile(const std::string& path);
 
 /// The shortest decimal text that reads back as `v`.
 void appendNumber(std::string& out, double v);
